@@ -1,0 +1,36 @@
+# How every target of the project is compiled.
+
+# tessaran_compile(target): language flags, warnings as errors, sanitizers.
+function(tessaran_compile target)
+  target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
+  target_compile_options(${target} PRIVATE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+    # Fused multiply-add would make results depend on the machine.
+    -ffp-contract=off)
+  if(TESSARAN_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=address,undefined
+                           -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+  endif()
+endfunction()
+
+# tessaran_library(target folder...): a static library of all sources in the folders. The sources
+# are globbed on purpose: a new file in a folder belongs to that folder, nothing else to edit.
+function(tessaran_library target)
+  set(sources)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB found CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+    list(APPEND sources ${found})
+  endforeach()
+  add_library(${target} STATIC ${sources})
+  target_include_directories(${target} PUBLIC ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
+  tessaran_compile(${target})
+endfunction()
+
+configure_file(${CMAKE_SOURCE_DIR}/cmake/version.h.in
+               ${CMAKE_BINARY_DIR}/generated/tessaran_version.h @ONLY)
+
+find_program(TESSARAN_MOLD mold)
+if(TESSARAN_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
