@@ -1,0 +1,1 @@
+"""A made-up coal mine: what the example drawing is drawn from."""
