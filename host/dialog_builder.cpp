@@ -194,7 +194,7 @@ ControlBuilder PageBuilder::dropList(std::string label, Choices choices, std::st
     return add(std::move(c));
 }
 
-ControlBuilder PageBuilder::dropList(std::string label, std::vector<std::string> choices,
+ControlBuilder PageBuilder::dropList(std::string label, const std::vector<std::string>& choices,
                                      int& member) {
     Control c;
     c.kind = ControlKind::dropList;
@@ -243,7 +243,7 @@ ControlBuilder PageBuilder::button(std::string label, Action action) {
     return add(std::move(c));
 }
 
-ControlBuilder PageBuilder::link(std::string label, std::string target) {
+ControlBuilder PageBuilder::link(std::string label, const std::string& target) {
     Control c;
     c.kind = ControlKind::link;
     c.label = std::move(label);

@@ -106,13 +106,14 @@ class PageBuilder {
     ControlBuilder radio(std::string label, std::vector<std::string> options, int& member);
     ControlBuilder dropList(std::string label, Choices choices, std::string& member);
     // Bound to the number of the choice, -1 for none.
-    ControlBuilder dropList(std::string label, std::vector<std::string> choices, int& member);
+    ControlBuilder dropList(std::string label, const std::vector<std::string>& choices,
+                            int& member);
     ControlBuilder names(std::string label, std::vector<std::string>& member);
     ControlBuilder list(std::string label, std::vector<std::string> columns,
                         std::function<std::vector<Control::Row>()> rows,
                         std::vector<int>& selection);
     ControlBuilder button(std::string label, Action action);
-    ControlBuilder link(std::string label, std::string target);
+    ControlBuilder link(std::string label, const std::string& target);
     ControlBuilder custom(Control control);
 
     const std::vector<std::unique_ptr<Control>>& controls() const { return controls_; }

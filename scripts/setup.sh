@@ -5,7 +5,7 @@ set -euo pipefail
 
 packages=(
     # tools
-    build-essential cmake ninja-build ccache mold clang clang-format clang-tidy pkg-config git
+    build-essential cmake ninja-build dpkg-dev file pandoc ccache mold clang clang-format clang-tidy pkg-config git
     libclang-rt-14-dev
     # libraries
     libfmt-dev libtbb-dev libgeos-dev libcairo2-dev libhwy-dev libedit-dev libcli11-dev
