@@ -1,0 +1,268 @@
+#include "stress/model_reader.h"
+
+#include "base/file.h"
+#include "stress/field_scanner.h"
+#include "stress/material.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <optional>
+
+namespace tessaran::stress {
+namespace {
+
+constexpr std::size_t kLongestTitle = 79;
+
+// Reads the groups of lines in order; the first failure is kept and ends it.
+class Reader {
+  public:
+    explicit Reader(std::string_view text) : scan_(text) {}
+
+    ModelReading read() {
+        static_cast<void>(title() && host() && materials() && grid() && seams() && control() &&
+                          boundaries() && offSeam() && codes());
+        return std::move(out_);
+    }
+
+  private:
+    bool fail(int code, std::string message) {
+        out_.code = code;
+        out_.message = std::move(message);
+        out_.line = scan_.lineNumber();
+        return false;
+    }
+
+    // --- fields: values behind one another, each but the first behind a comma -------------------
+    bool next(double& value, bool first = false) {
+        if (!first && !scan_.comma())
+            return false;
+        const std::optional<double> read = scan_.real();
+        if (!read)
+            return false;
+        value = static_cast<double>(static_cast<float>(*read));
+        return std::isfinite(value);
+    }
+    bool next(int& value, bool first = false) {
+        if (!first && !scan_.comma())
+            return false;
+        const std::optional<int> read = scan_.integer();
+        if (!read)
+            return false;
+        value = *read;
+        return true;
+    }
+    template <class First, class... Rest>
+    bool fields(First& first, Rest&... rest) {
+        return next(first, true) && (next(rest) && ...);
+    }
+
+    // --- groups ---------------------------------------------------------------------------------
+    bool title() {
+        const std::optional<std::string_view> line = scan_.line();
+        if (!line)
+            return fail(1, "Error in Reading Title - RI1a\n");
+        model().title = std::string(line->substr(0, kLongestTitle));
+        return true;
+    }
+
+    bool host() {
+        CModelDat& m = model();
+        if (!fields(m.poissonsRatio, m.modulus, m.laminationThickness, seamCount_, m.unitSystem))
+            return fail(2, "Error reading the host properties - RI2a\n");
+        if (seamCount_ > kMostSeams)
+            return fail(2, "Can Only Specify up to 4 Different Seams - RI2b\n");
+        if (m.unitSystem > 3)
+            return fail(2, "Can Only Specify a Unit Number up to 4 - RI2c\n");
+        return true;
+    }
+
+    bool materials() {
+        int count = 0;
+        if (!fields(count))
+            return fail(3, "Error reading the number of in seam materials - RI3a\n");
+        if (count < 1 || count > kMostMaterials)
+            return fail(3, "The Number of In Seam Materials Must Be Between 1 and 26 - RI3b\n");
+        for (int k = 0; k < count; ++k) {
+            int type = 0;
+            Material material;
+            auto& p = material.p;
+            if (!fields(type, p[0], p[1], p[2], p[3], p[4]))
+                return fail(4, "Error reading the in seam material properties - RI4a\n");
+            if (type < 1 || type > 6)
+                return fail(4, "The Material Type Number Must Be Between 1 and 6 - RI4b\n");
+            material.type = static_cast<MaterialType>(type);
+            model().materials.push_back(material);
+        }
+        return true;
+    }
+
+    bool grid() {
+        CModelDat& m = model();
+        if (!fields(m.elementWidth, m.nX, m.nY, m.gradient))
+            return fail(5, "Error reading the general grid information - RI5a\n");
+        if (m.nX % kMeshDivisor != 0 || m.nY % kMeshDivisor != 0)
+            return fail(
+                5, fmt::format("Fine mesh size must be divisible by {} - RI5b\n", kMeshDivisor));
+        if (m.elementWidth == 0.0)
+            return fail(5, "Element width must be non-zero - RI5c\n");
+        if (m.nX == 0)
+            return fail(5, "The number of X elements must be non-zero - RI5d\n");
+        if (m.nY == 0)
+            return fail(5, "The number of Y elements must be non-zero - RI5e\n");
+        return true;
+    }
+
+    bool seams() {
+        for (int k = 0; k < seamCount_; ++k) {
+            Seam seam;
+            if (!fields(seam.x, seam.y, seam.z, seam.thickness))
+                return fail(6, "Error reading the seam coordinate information - RI6\n");
+            model().seams.push_back(seam);
+        }
+        return true;
+    }
+
+    bool control() {
+        CModelDat& m = model();
+        int surface = 0;
+        int offSeamFlag = 0;
+        int topographic = 0;
+        if (!fields(m.overRelaxation, m.convergenceCriterion, m.maxIterations, m.startingStep,
+                    m.steps, surface, offSeamFlag, topographic))
+            return fail(7, "Error reading the program control parameters - RI7a\n");
+        if (m.steps > kMostSteps)
+            return fail(
+                7, fmt::format("The Number of Steps Must be Less Than {} - RI7b\n", kMostSteps));
+        m.surfaceEffects = surface == 1;
+        m.offSeamDisplacements = offSeamFlag == 1;
+        m.topographicStress = topographic == 1;
+        return true;
+    }
+
+    bool boundaries() {
+        Boundaries& b = model().boundaries;
+        if (!fields(b.north, b.east, b.south, b.west))
+            return fail(8, "Error reading the boundary condition parameters - RI8a\n");
+        if (b.north > 1 || b.east > 1 || b.south > 1 || b.west > 1)
+            return fail(8, "The Boundary Conditions must be either a '0' or a '1' - RI8b\n");
+        return true;
+    }
+
+    bool offSeam() {
+        if (!model().offSeamDisplacements)
+            return true;
+        OffSeamGrid& g = model().offSeam;
+        if (!fields(g.blocks, g.blockWidth, g.nX, g.nY, g.x, g.y, g.z))
+            return fail(9, "Error reading the off-seam grid details - RI9a\n");
+        if (static_cast<long long>(g.nX) * g.nY != g.blocks)
+            return fail(9, "Inconsistent Data in the Offseam Input Line - RI9b\n");
+        return true;
+    }
+
+    bool codes() {
+        CModelDat& m = model();
+        if (m.nX < 0 || m.nY < 0)
+            return fail(10, "Error reading the fine mesh codes - RI10b\n");
+        // A code takes at least one character, so the text bounds what is worth allocating.
+        const auto perSeam =
+            static_cast<unsigned long long>(m.nX) * static_cast<unsigned long long>(m.nY);
+        const auto maps = static_cast<unsigned long long>(m.steps > 0 ? m.steps : 0) *
+                          static_cast<unsigned long long>(seamCount_ > 0 ? seamCount_ : 0);
+        if (maps > 0 && perSeam > scan_.left() / maps) {
+            while (scan_.character())
+                ; // to the line at which the codes end
+            return fail(10, "Error reading the fine mesh codes - RI10b\n");
+        }
+        for (int step = 0; step < m.steps; ++step) {
+            std::vector<ElementCodes> seamCodes;
+            for (int seam = 0; seam < seamCount_; ++seam) {
+                std::optional<ElementCodes> map = codeMap();
+                if (!map)
+                    return fail(10, "Error reading the fine mesh codes - RI10b\n");
+                seamCodes.push_back(std::move(*map));
+            }
+            m.codes.push_back(std::move(seamCodes));
+        }
+        return true;
+    }
+
+    // Rows from north to south, columns from west to east.
+    std::optional<ElementCodes> codeMap() {
+        const auto nX = static_cast<std::size_t>(model().nX);
+        const auto nY = static_cast<std::size_t>(model().nY);
+        ElementCodes out(nX * nY);
+        for (std::size_t j = nY; j-- > 0;) {
+            for (std::size_t i = 0; i < nX; ++i) {
+                const std::optional<char> code = scan_.character();
+                if (!code)
+                    return std::nullopt;
+                out[i * nY + j] = *code;
+            }
+        }
+        return out;
+    }
+
+    CModelDat& model() { return out_.model; }
+
+    FieldScanner scan_;
+    ModelReading out_;
+    int seamCount_ = 0;
+};
+
+std::string seamFault(const CModelDat& m) {
+    for (int k = 0; k < m.seamCount(); ++k) {
+        const Seam& seam = m.seams[static_cast<std::size_t>(k)];
+        if (!(seam.thickness > 0.0))
+            return fmt::format("The thickness of seam {} must be larger than 0", k + 1);
+        if (m.surfaceEffects && seam.z == 0.0)
+            return fmt::format("Seam {} lies in the surface: no surface effects at depth 0", k + 1);
+        for (int other = 0; other < k; ++other) {
+            const Seam& above = m.seams[static_cast<std::size_t>(other)];
+            if (seam.z == above.z)
+                return fmt::format("Seams {} and {} lie at one depth", other + 1, k + 1);
+            if (seam.z * above.z < 0.0)
+                return fmt::format("The depths of seams {} and {} differ in sign", other + 1,
+                                   k + 1);
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+ModelReading parseModel(std::string_view text) {
+    return Reader(text).read();
+}
+
+ModelReading readModel(const std::string& path) {
+    const base::Result<std::string> text = base::readFile(path);
+    if (!text) {
+        ModelReading out;
+        out.code = 1;
+        out.message = "Error in Opening Input File - RI1a\n";
+        return out;
+    }
+    return parseModel(*text);
+}
+
+std::string modelFault(const CModelDat& m) {
+    if (m.seams.empty())
+        return "A model needs at least one seam";
+    if (m.steps < 1)
+        return "A model needs at least one step";
+    if (m.unitSystem < 0)
+        return "The system of units must be 0 to 3";
+    if (!(m.elementWidth > 0.0))
+        return "The element width must be larger than 0";
+    if (m.nX < kMeshDivisor || m.nY < kMeshDivisor)
+        return "The numbers of elements must be 10 or more";
+    if (m.offSeamDisplacements && (m.offSeam.nX < 1 || m.offSeam.nY < 1))
+        return "The off-seam grid needs at least one block in each direction";
+    for (std::size_t k = 0; k < m.materials.size(); ++k)
+        if (const std::string fault = materialFault(m.materials[k]); !fault.empty())
+            return fmt::format("Material {} has {}", k + 1, fault);
+    return seamFault(m);
+}
+
+} // namespace tessaran::stress
