@@ -18,6 +18,8 @@
 
 namespace tessaran::geometry {
 
+struct Edge;
+
 // Cells of the columns [columnBegin, columnEnd) and rows [rowBegin, rowEnd).
 struct CellRange {
     int columnBegin = 0;
@@ -49,7 +51,7 @@ struct CellRun {
 
 // Holds the working memory, so that one walker serves many polygons without allocating; each
 // thread has its own. What is returned stays until the next call. Runs come by ascending column,
-// within a column by descending row, and no cell twice. The runs of a column do not depend on the
+// and no cell twice. The runs of a column do not depend on the
 // range's other columns, so strips of a lattice may be walked apart.
 class CellWalker {
   public:
@@ -59,26 +61,30 @@ class CellWalker {
     std::span<const CellRun> centresInside(std::span<const Point2> polygon, const CellRange& range);
 
   private:
-    // What one edge adds to one cell: `dx` its signed width there, `below` the signed area between
-    // it and the cell's lower side.
+    // What one edge does in one cell: `dx` its signed width there, `below` the signed area between
+    // it and the cell's lower side. A piece above the range stands in row rowEnd.
     struct Piece {
         int column = 0;
         int row = 0;
         double dx = 0.0;
         double below = 0.0;
     };
+    // An edge passing a column's middle: `row` is the first whose centre is not below it.
     struct Crossing {
         int column = 0;
-        int firstRow = 0; // first row whose centre is not below the edge
+        int row = 0;
         int direction = 0;
     };
 
-    void addEdge(Point2 from, Point2 to, const CellRange& range);
-    void addPieceInColumn(int column, Point2 from, Point2 to, const CellRange& range);
+    void addEdge(const Edge& edge, const CellRange& range);
+    void addPieces(int column, Point2 left, Point2 right, int direction, const CellRange& range);
     void sweepColumn(std::span<Piece> pieces, const CellRange& range);
+    void addCrossings(const Edge& edge, const CellRange& range);
     void sweepCentres(std::span<Crossing> crossings, const CellRange& range);
+    // Also leaves in columnStart_ where each column's items begin, and their end.
     template <class Item>
-    void sortByColumn(std::vector<Item>& items, std::vector<Item>& sorted, const CellRange& range);
+    void sortByColumn(const std::vector<Item>& items, std::vector<Item>& sorted,
+                      const CellRange& range);
 
     std::vector<Piece> pieces_;
     std::vector<Piece> sortedPieces_;

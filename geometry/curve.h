@@ -57,6 +57,8 @@ class Curve {
     // Chords no farther than `sag` from their arcs; a closed curve's first point is not repeated.
     std::vector<Point3> flattened(double sag) const;
     Polygon flattenedPlan(double sag) const;
+    // In plan, each arc with chords no farther from it than this share of its radius.
+    Polygon flattenedByShare(double shareOfRadius) const;
 
     Curve reversed() const;
 
