@@ -171,7 +171,6 @@ def draw_surface(plan):
         plan.polyline('PONDS', shore)
         middle = tuple(sum(c) / len(shore) for c in zip(*shore))
         plan.text('LABELS', name, middle, 40.0)
-    draw_contours(plan, 'SURFACE_CONTOURS', ground.surface, 20.0, 100.0)
 
 
 def draw_contours(plan, layer, height, step, labelled):
@@ -185,7 +184,7 @@ def draw_contours(plan, layer, height, step, labelled):
             plan.text(layer, f'{level:g}', points[k], 32.0, readable(turn))
 
 
-def draw_geology(plan, chance):
+def draw_faults(plan):
     for i, (name, throw, points) in enumerate(ground.FAULTS):
         line = [p[:2] for p in points]
         bulges = [p[2] for p in points]
@@ -198,6 +197,9 @@ def draw_geology(plan, chance):
         turn = readable(math.degrees(math.atan2(y1 - y0, x1 - x0)))
         plan.text('FAULTS', f'{name} {throw} FT'.strip(), (x0 + 0.6 * (x1 - x0) + 45.0,
                                                           y0 + 0.6 * (y1 - y0)), 38.0, turn)
+
+
+def draw_drill_holes(plan, chance):
     for name, x, y, shale, strength in ground.drill_holes(chance):
         plan.circle('DRILLHOLES', (x, y), 16.0)
         plan.text('DRILLHOLES', name, (x + 26.0, y + 22.0), 26.0, align='LEFT')
@@ -205,7 +207,6 @@ def draw_geology(plan, chance):
                   align='LEFT')
         for layer, value in (('DH_ROOF_SHALE', shale), ('DH_ROOF_STRENGTH', strength)):
             plan.space.add_point((*plan.world((x, y)), value), dxfattribs={'layer': layer})
-    draw_contours(plan, 'SEAM_CONTOURS', ground.seam_floor, 10.0, 10.0)
 
 
 def main():
@@ -220,8 +221,12 @@ def main():
     mine = workings.example_workings(in_mine_frame, chance)
 
     plan.polyline('PROPERTY', workings.ring(boundary))
+    # first what the scripts pick by its handle, so that the handles stay when the rest changes
     draw_surface(plan)
-    draw_geology(plan, chance)
+    draw_faults(plan)
+    draw_contours(plan, 'SURFACE_CONTOURS', ground.surface, 20.0, 100.0)
+    draw_contours(plan, 'SEAM_CONTOURS', ground.seam_floor, 10.0, 10.0)
+    draw_drill_holes(plan, chance)
     draw_workings(plan, mine)
     draw_belts(plan, mine)
     draw_gob_labels(plan)
