@@ -63,6 +63,11 @@ class ProgressView {
     virtual void close() = 0;
 };
 
+// What the host services remember as long as the program runs.
+struct SessionMemory {
+    std::string fileFolder{}; // used last in a file dialog; empty: none yet
+};
+
 class Host {
   public:
     virtual ~Host() = default;
@@ -87,6 +92,11 @@ class Host {
     virtual bool userBreak() = 0;
     // Opens a web page or mail link with the system's default handler.
     virtual void openLink(const std::string& target) = 0;
+
+    SessionMemory& memory() { return memory_; }
+
+  private:
+    SessionMemory memory_;
 };
 
 } // namespace tessaran::host

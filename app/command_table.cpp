@@ -1,0 +1,66 @@
+#include "app/command_table.h"
+
+#include "app/about.h"
+#include "app/loaded_host.h"
+#include "app/tessaran_app.h"
+#include "host/host.h"
+
+#include <array>
+
+namespace tessaran::app {
+namespace {
+
+void notAvailableYet(host::Host& host) {
+    host.print("\nNot available yet.");
+}
+
+// In the order in which the host learns them.
+constexpr std::array kCommands{
+    CommandRow{"zelk_setGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridFromContour", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridFromPoint", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_geoFeatures", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_sFactorInArea", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_topoStressModel", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_horizStress", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_topoGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_plekton", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_convPlekGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_genFactor", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_StabilityIndex", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_indexMapping", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridUtility", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_createPolylineFromObjects", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_joinPolylines", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_checkClosedPolylines", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_checkOverlaps", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_checkDuplicates", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_checkContours", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_clearWorkingLayer", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Draw", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Calc", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_zelkabout", commandHandler<zelk_zelkabout>},
+    CommandRow{"tabTest", commandHandler<notAvailableYet>},
+    CommandRow{"ZELKMenu", commandHandler<ZELKMenu>},
+    CommandRow{"zelk_RFRI_Input", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_List", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Label", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Mapping", commandHandler<notAvailableYet>},
+};
+
+} // namespace
+
+std::span<const CommandRow> commandTable() {
+    return kCommands;
+}
+
+std::string globalNameOf(const CommandRow& row) {
+    return std::string("_") + row.localName;
+}
+
+host::CommandEntry entryOf(const CommandRow& row) {
+    return {kCommandGroup, globalNameOf(row), row.localName, kModal, row.handler};
+}
+
+} // namespace tessaran::app
