@@ -1,5 +1,7 @@
 #include "base/numbers.h"
 
+#include "base/fast_numbers.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -102,7 +104,9 @@ std::optional<long long> wholeInt(std::string_view text) {
 }
 
 std::string fixed6(double value) {
-    return fixed(value, 6);
+    std::string out;
+    appendFixed6(out, value);
+    return out;
 }
 
 std::string fixed(double value, int decimals) {
@@ -120,11 +124,8 @@ std::string shortest(double value) {
 }
 
 void appendFixed6(std::string& out, double value) {
-    std::array<char, 400> buffer{};
-    const auto [end, code] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
-                                           std::chars_format::fixed, 6);
-    if (code == std::errc{})
-        out.append(buffer.data(), end);
+    std::array<char, kFixed6Room> buffer;
+    out.append(buffer.data(), writeFixed6(buffer.data(), value));
 }
 
 } // namespace tessaran::base
