@@ -27,7 +27,7 @@ namespace tessaran::grid {
 
 inline constexpr std::string_view kGridFileMarker = "ZELK Stability Application";
 
-// Grids that a file of this size cannot hold the values of are not set up beyond this many values.
+// Larger grids are only set up from a file that is long enough to hold their values.
 inline constexpr std::size_t kValuesWithoutFile = std::size_t{1} << 24;
 
 struct GridHeader {

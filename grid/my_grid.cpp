@@ -58,8 +58,9 @@ bool CellList::get(std::size_t index, CellIndex& cell) const {
 
 bool myGrid::setupGrid(int nX, int nY, double cellWidthX, double cellWidthY,
                        double rotationDegrees) {
-    // Written so that a width that is not a number is refused as well.
-    if (nX < 1 || nY < 1 || !(cellWidthY >= base::kSmallestCellWidth))
+    // Also refuses a width that is not a number.
+    if (nX < 1 || nY < 1 || !(cellWidthY >= base::kSmallestCellWidth) ||
+        !std::isfinite(cellWidthX) || !std::isfinite(cellWidthY))
         return false;
     if (valueCount(nX, nY) > kMostValues)
         return false;
