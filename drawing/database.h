@@ -9,7 +9,6 @@
 #include "host/drawing.h"
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -87,7 +86,7 @@ class Database final : public host::Drawing {
     // The view shown; without one set, the default view on the drawing's extents.
     View view() const;
     void setView(const View& view) { view_ = view; }
-    // Extents of all that is on layers that are not frozen; far-off junk is left out (scene.h).
+    // Extents of all that is shown; far-off junk is left out (extents.h).
     host::Box2 extents() const;
 
     // --- reading for the file layer, the scene and selections ----------------------------------
@@ -99,8 +98,11 @@ class Database final : public host::Drawing {
             if (slot.record)
                 visit(*slot.record);
     }
+    const LayerRecord* layerRecord(std::string_view name) const;
     const Tables& tables() const { return tables_; }
     const std::vector<LinetypeRecord>& linetypes() const { return linetypes_; }
+    // Live entities whose extents may meet the box, in drawing order.
+    std::vector<const EntityRecord*> near(const host::Box2& box) const;
     const Block* block(std::string_view name) const;
     std::size_t blockCount() const { return blocks_.size(); }
     const std::string& version() const { return version_; } // "AC1015", ...
@@ -131,28 +133,26 @@ class Database final : public host::Drawing {
 
   private:
     friend class DatabaseBuilder;
-    friend class Selector;
 
     // Entities keep their slot for good, so slots stand in drawing order, whatever is undone.
     struct Slot {
         std::unique_ptr<EntityRecord> record; // null: erased or undone
         std::uint64_t touched = 0;            // number of the last command that journalled it
     };
-    struct Edit; // journals one change as a command of its own where none runs
 
-    EntityRecord* mutableRecord(host::EntityId id);
     std::size_t slotOf(host::EntityId id) const;
     base::Result<void> checkEditable(host::EntityId id) const;
     base::Result<void> checkCommon(const host::Entity& entity, const host::Entity* before) const;
+    base::Result<void> checkLayer(const host::Layer& layer) const;
+    void assignLayer(EntityRecord& record) const; // its index, and the name as the table spells it
     std::unique_ptr<EntityRecord> replace(std::size_t slot, std::unique_ptr<EntityRecord> record);
     void journalSlot(std::size_t slot, std::unique_ptr<EntityRecord> before);
     Tables& changeTables();
     void swapWith(CommandRecord& command);
     std::optional<std::uint32_t> layerIndex(std::string_view name) const;
     void rebuildLayerIndex();
+    const SpatialIndex& index() const; // brought up to date
     void registerApplication(const std::string& application);
-    std::vector<char> layerFlags(const host::SelectionFilter& filter) const;
-    SpatialIndex& index() const;
 
     std::vector<Slot> slots_;
     std::unordered_map<std::uint64_t, std::size_t> slotOfHandle_;
