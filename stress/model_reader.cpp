@@ -259,6 +259,10 @@ std::string modelFault(const CModelDat& m) {
         return "The numbers of elements must be 10 or more";
     if (m.offSeamDisplacements && (m.offSeam.nX < 1 || m.offSeam.nY < 1))
         return "The off-seam grid needs at least one block in each direction";
+    if (m.offSeamDisplacements)
+        for (const Seam& seam : m.seams)
+            if (std::abs(seam.z) == std::abs(m.offSeam.z))
+                return "The off-seam grid lies on a seam";
     for (std::size_t k = 0; k < m.materials.size(); ++k)
         if (const std::string fault = materialFault(m.materials[k]); !fault.empty())
             return fmt::format("Material {} has {}", k + 1, fault);
