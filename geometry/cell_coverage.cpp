@@ -7,10 +7,10 @@
 #include <cmath>
 
 // Coverage. The area of a polygon within a cell is the sum, over what its edges do in the cell's
-// column, of the signed width dx of each piece times the part of the cell's height that lies below
-// it: all of it for pieces in rows above, none for pieces below, the mean height within the cell
-// for its own pieces. Going down a column, the widths of all pieces above are therefore the share
-// of every cell that no piece runs through.
+// row, of the signed height dy of each piece times the part of the cell's width that lies right of
+// it: all of it for pieces in columns to the left, none for pieces to the right, the mean width
+// within the cell for its own pieces. Going along a row, the heights of all pieces passed are
+// therefore the share of every cell that no piece runs through.
 
 namespace tessaran::geometry {
 
@@ -29,13 +29,13 @@ int heldCeil(double value, int low, int high) {
         std::ceil(std::clamp(value, static_cast<double>(low), static_cast<double>(high))));
 }
 
-// The range's columns that the box reaches; all of its rows.
-CellRange columnsReached(const CellRange& range, const Box2& box) {
+// The range's rows that the box reaches; all of its columns.
+CellRange rowsReached(const CellRange& range, const Box2& box) {
     CellRange reached = range;
-    reached.columnBegin = heldFloor(box.low.x, range.columnBegin, range.columnEnd);
-    reached.columnEnd = heldCeil(box.high.x, range.columnBegin, range.columnEnd);
-    if (box.high.y <= range.rowBegin || box.low.y >= range.rowEnd)
-        reached.columnEnd = reached.columnBegin;
+    reached.rowBegin = heldFloor(box.low.y, range.rowBegin, range.rowEnd);
+    reached.rowEnd = heldCeil(box.high.y, range.rowBegin, range.rowEnd);
+    if (box.high.x <= range.columnBegin || box.low.x >= range.columnEnd)
+        reached.rowEnd = reached.rowBegin;
     return reached;
 }
 
@@ -47,7 +47,7 @@ double shareOf(double signedShare) {
     return share;
 }
 
-// Insertion for the handful of items that a column usually holds, keeping the order of equals.
+// Insertion for the handful of items that a row usually holds, keeping the order of equals.
 template <class Item, class Less>
 void sortFew(std::span<Item> items, Less less) {
     constexpr std::size_t kFew = 24;
@@ -81,111 +81,119 @@ std::span<const CoverageRun> CellWalker::coverage(std::span<const Point2> polygo
     pieces_.clear();
     if (polygon.size() < 3 || range.empty() || !isUsable(polygon))
         return runs_;
-    const CellRange reached = columnsReached(range, boxOf(polygon));
+    const CellRange reached = rowsReached(range, boxOf(polygon));
     if (reached.empty())
         return runs_;
     forEachEdge(polygon, [&](const Edge& edge) { addEdge(edge, reached); });
-    sortByColumn(pieces_, sortedPieces_, reached);
-    for (std::size_t c = 0; c + 1 < columnStart_.size(); ++c)
-        sweepColumn(std::span(sortedPieces_)
-                        .subspan(columnStart_[c], columnStart_[c + 1] - columnStart_[c]),
-                    reached);
+    sortByRow(pieces_, sortedPieces_, reached);
+    for (std::size_t row = 0; row + 1 < rowStart_.size(); ++row)
+        sweepRow(rowOf(sortedPieces_, row), reached);
     return runs_;
 }
 
 void CellWalker::addEdge(const Edge& edge, const CellRange& range) {
-    const double from = std::max(edge.left.x, static_cast<double>(range.columnBegin));
-    const double to = std::min(edge.right.x, static_cast<double>(range.columnEnd));
+    const double from = std::max(edge.low.y, static_cast<double>(range.rowBegin));
+    const double to = std::min(edge.high.y, static_cast<double>(range.rowEnd));
     if (edge.direction == 0 || from >= to)
         return;
-    Point2 start{from, edge.heightAt(from)};
-    for (int column = static_cast<int>(std::floor(from)); start.x < to; ++column) {
-        const double x = std::min(to, column + 1.0);
-        const Point2 end{x, edge.heightAt(x)};
-        addPieces(column, start, end, edge.direction, range);
+    Point2 start{edge.xAt(from), from};
+    for (int row = static_cast<int>(std::floor(from)); start.y < to; ++row) {
+        const double y = std::min(to, row + 1.0);
+        const Point2 end{edge.xAt(y), y};
+        addPieces(row, start, end, edge.direction, range);
         start = end;
     }
 }
 
-void CellWalker::addPieces(int column, Point2 left, Point2 right, int direction,
+// Splits what an edge does in one row, from `low` to `high`, by cells.
+void CellWalker::addPieces(int row, Point2 low, Point2 high, int direction,
                            const CellRange& range) {
-    const Point2 low = left.y <= right.y ? left : right;
-    const Point2 high = left.y <= right.y ? right : left;
-    if (high.y <= range.rowBegin)
+    const Point2 left = low.x <= high.x ? low : high;
+    const Point2 right = low.x <= high.x ? high : low;
+    const auto add = [&](int column, double height, double middle) {
+        const double dy = direction * height;
+        pieces_.push_back({row, column, dy, dy * (column + 1 - middle)});
+    };
+    if (left.x >= range.columnEnd)
         return;
-    if (low.y >= range.rowEnd) {
-        pieces_.push_back({column, range.rowEnd, direction * (right.x - left.x), 0.0});
-        return;
-    }
-    const int firstRow = heldFloor(low.y, range.rowBegin, range.rowEnd);
-    if (low.y >= firstRow && high.y <= firstRow + 1.0) { // most pieces: within one cell
-        const double dx = direction * (right.x - left.x);
-        pieces_.push_back({column, firstRow, dx, dx * (0.5 * (low.y + high.y) - firstRow)});
+    if (right.x <= range.columnBegin) {
+        add(range.columnBegin - 1, high.y - low.y, range.columnBegin);
         return;
     }
-    const double slope = (high.x - low.x) / (high.y - low.y);
-    const auto xAt = [&](double y) { return y == high.y ? high.x : low.x + (y - low.y) * slope; };
-    double y = std::max(low.y, static_cast<double>(range.rowBegin));
-    double x = xAt(y);
-    const double top = std::min(high.y, static_cast<double>(range.rowEnd));
-    for (int row = firstRow; y < top; ++row) {
-        const double nextY = std::min(top, row + 1.0);
-        const double nextX = xAt(nextY);
-        const double dx = direction * std::abs(nextX - x);
-        pieces_.push_back({column, row, dx, dx * (0.5 * (y + nextY) - row)});
-        y = nextY;
+    const int first = heldFloor(left.x, range.columnBegin, range.columnEnd);
+    if (left.x >= first && right.x <= first + 1.0) { // most pieces: within one cell
+        add(first, high.y - low.y, 0.5 * (left.x + right.x));
+        return;
+    }
+    const double slope = (right.y - left.y) / (right.x - left.x);
+    const auto yAt = [&](double x) {
+        return x == right.x ? right.y : left.y + (x - left.x) * slope;
+    };
+    double x = std::max(left.x, static_cast<double>(range.columnBegin));
+    double y = yAt(x);
+    if (x > left.x)
+        add(range.columnBegin - 1, std::abs(y - left.y), range.columnBegin);
+    const double end = std::min(right.x, static_cast<double>(range.columnEnd));
+    for (int column = first; x < end; ++column) {
+        const double nextX = std::min(end, column + 1.0);
+        const double nextY = yAt(nextX);
+        add(column, std::abs(nextY - y), 0.5 * (x + nextX));
         x = nextX;
+        y = nextY;
     }
-    if (high.y > range.rowEnd)
-        pieces_.push_back({column, range.rowEnd, direction * std::abs(high.x - x), 0.0});
 }
 
 template <class Item>
-void CellWalker::sortByColumn(const std::vector<Item>& items, std::vector<Item>& sorted,
-                              const CellRange& range) {
-    const auto columns = static_cast<std::size_t>(range.columnEnd - range.columnBegin);
+void CellWalker::sortByRow(const std::vector<Item>& items, std::vector<Item>& sorted,
+                           const CellRange& range) {
+    const auto rows = static_cast<std::size_t>(range.rowEnd - range.rowBegin);
     const auto slot = [&](const Item& item) {
-        return static_cast<std::size_t>(item.column - range.columnBegin);
+        return static_cast<std::size_t>(item.row - range.rowBegin);
     };
-    columnStart_.assign(columns + 2, 0); // shifted by one while placing
+    rowStart_.assign(rows + 2, 0); // shifted by one while placing
     for (const Item& item : items)
-        ++columnStart_[slot(item) + 2];
-    for (std::size_t c = 2; c < columnStart_.size(); ++c)
-        columnStart_[c] += columnStart_[c - 1];
+        ++rowStart_[slot(item) + 2];
+    for (std::size_t row = 2; row < rowStart_.size(); ++row)
+        rowStart_[row] += rowStart_[row - 1];
     sorted.resize(items.size());
     for (const Item& item : items)
-        sorted[columnStart_[slot(item) + 1]++] = item;
-    columnStart_.pop_back();
+        sorted[rowStart_[slot(item) + 1]++] = item;
+    rowStart_.pop_back();
 }
 
-void CellWalker::sweepColumn(std::span<Piece> pieces, const CellRange& range) {
+template <class Item>
+std::span<Item> CellWalker::rowOf(std::vector<Item>& sorted, std::size_t row) const {
+    return std::span(sorted).subspan(rowStart_[row], rowStart_[row + 1] - rowStart_[row]);
+}
+
+void CellWalker::sweepRow(std::span<Piece> pieces, const CellRange& range) {
     if (pieces.empty())
         return;
-    sortFew(pieces, [](const Piece& a, const Piece& b) { return a.row > b.row; });
-    const int column = pieces.front().column;
-    const auto add = [&](int rowBegin, int rowEnd, double signedShare) {
+    sortFew(pieces, [](const Piece& a, const Piece& b) { return a.column < b.column; });
+    const int row = pieces.front().row;
+    const auto add = [&](int columnBegin, int columnEnd, double signedShare) {
         const double share = shareOf(signedShare);
-        if (rowBegin < rowEnd && share > 0.0)
-            runs_.push_back({column, rowBegin, rowEnd, share});
+        if (columnBegin < columnEnd && share > 0.0)
+            runs_.push_back({row, columnBegin, columnEnd, share});
     };
-    double above = 0.0; // signed width of all pieces in higher rows
-    int next = range.rowEnd;
+    double passed = 0.0; // signed height of all pieces in columns to the left
+    int next = range.columnBegin;
     for (std::size_t k = 0; k < pieces.size();) {
-        const int row = pieces[k].row;
-        double dx = 0.0;
-        double below = 0.0;
-        for (; k < pieces.size() && pieces[k].row == row; ++k) {
-            dx += pieces[k].dx;
-            below += pieces[k].below;
+        const int column = pieces[k].column;
+        double dy = 0.0;
+        double right = 0.0;
+        for (; k < pieces.size() && pieces[k].column == column; ++k) {
+            dy += pieces[k].dy;
+            right += pieces[k].right;
         }
-        if (row < range.rowEnd) {
-            add(row + 1, next, above);
-            add(row, row + 1, above + below);
-            next = row;
+        if (column >= range.columnBegin) {
+            add(next, column, passed);
+            add(column, column + 1, passed + right);
+            next = column + 1;
         }
-        above += dx;
+        passed += dy;
     }
-    add(range.rowBegin, next, above);
+    add(next, range.columnEnd, passed);
 }
 
 std::span<const CellRun> CellWalker::centresInside(std::span<const Point2> polygon,
@@ -194,47 +202,44 @@ std::span<const CellRun> CellWalker::centresInside(std::span<const Point2> polyg
     crossings_.clear();
     if (polygon.size() < 3 || range.empty() || !isUsable(polygon))
         return cellRuns_;
-    const CellRange reached = columnsReached(range, boxOf(polygon));
+    const CellRange reached = rowsReached(range, boxOf(polygon));
     if (reached.empty())
         return cellRuns_;
     forEachEdge(polygon, [&](const Edge& edge) { addCrossings(edge, reached); });
-    sortByColumn(crossings_, sortedCrossings_, reached);
-    for (std::size_t c = 0; c + 1 < columnStart_.size(); ++c)
-        sweepCentres(std::span(sortedCrossings_)
-                         .subspan(columnStart_[c], columnStart_[c + 1] - columnStart_[c]),
-                     reached);
+    sortByRow(crossings_, sortedCrossings_, reached);
+    for (std::size_t row = 0; row + 1 < rowStart_.size(); ++row)
+        sweepCentres(rowOf(sortedCrossings_, row), reached);
     return cellRuns_;
 }
 
 void CellWalker::addCrossings(const Edge& edge, const CellRange& range) {
     if (edge.direction == 0)
         return;
-    const int first = heldCeil(edge.left.x - 0.5, range.columnBegin, range.columnEnd);
-    for (int column = std::max(first - 1, range.columnBegin); column < range.columnEnd; ++column) {
-        const double x = column + 0.5;
-        if (x >= edge.right.x)
+    const int first = heldCeil(edge.low.y - 0.5, range.rowBegin, range.rowEnd);
+    for (int row = std::max(first - 1, range.rowBegin); row < range.rowEnd; ++row) {
+        const double y = row + 0.5;
+        if (y >= edge.high.y)
             break;
-        if (x < edge.left.x)
+        if (y < edge.low.y)
             continue;
-        const double y = edge.heightAt(x);
-        int row = heldCeil(y - 0.5, range.rowBegin, range.rowEnd);
-        while (row > range.rowBegin && row - 0.5 >= y)
-            --row;
-        while (row < range.rowEnd && row + 0.5 < y)
-            ++row;
-        crossings_.push_back({column, row, edge.direction});
+        const double x = edge.xAt(y);
+        int column = heldCeil(x - 0.5, range.columnBegin, range.columnEnd);
+        while (column > range.columnBegin && column - 0.5 >= x) // rounding of x - 0.5
+            --column;
+        while (column < range.columnEnd && column + 0.5 < x)
+            ++column;
+        crossings_.push_back({row, column, edge.direction});
     }
 }
 
 void CellWalker::sweepCentres(std::span<Crossing> crossings, const CellRange& range) {
-    sortFew(crossings, [](const Crossing& a, const Crossing& b) { return a.row < b.row; });
+    sortFew(crossings, [](const Crossing& a, const Crossing& b) { return a.column < b.column; });
     int winding = 0;
     for (std::size_t k = 0; k < crossings.size(); ++k) {
         winding += crossings[k].direction;
-        const int rowEnd = k + 1 < crossings.size() ? crossings[k + 1].row : range.rowEnd;
-        if (winding == 0 || crossings[k].row >= rowEnd)
-            continue;
-        cellRuns_.push_back({crossings[k].column, crossings[k].row, rowEnd});
+        const int end = k + 1 < crossings.size() ? crossings[k + 1].column : range.columnEnd;
+        if (winding != 0 && crossings[k].column < end)
+            cellRuns_.push_back({crossings[k].row, crossings[k].column, end});
     }
 }
 

@@ -26,8 +26,8 @@ class Tracer {
           seenAt_(count(cells.nX + 1) * count(cells.nY + 1), -1) {}
 
     CellOutlines trace() {
-        for (int i = 0; i < cells_.nX; ++i)
-            for (int j = 0; j < cells_.nY; ++j)
+        for (int j = 0; j < cells_.nY; ++j)
+            for (int i = 0; i < cells_.nX; ++i)
                 for (const Side side : {bottom, top}) // every loop has one of the two
                     if (isOpen(i, j, side))
                         follow(i, j, side);
@@ -37,9 +37,9 @@ class Tracer {
 
   private:
     static std::size_t count(int n) { return static_cast<std::size_t>(n); }
-    std::size_t cellAt(int i, int j) const { return count(i) * count(cells_.nY) + count(j); }
+    std::size_t cellAt(int i, int j) const { return count(j) * count(cells_.nX) + count(i); }
     std::size_t nodeAt(LatticeNode n) const {
-        return count(n.i) * count(cells_.nY + 1) + count(n.j);
+        return count(n.j) * count(cells_.nX + 1) + count(n.i);
     }
 
     bool hasLabel(int i, int j, std::int16_t label) const {

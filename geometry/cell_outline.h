@@ -10,15 +10,15 @@
 
 namespace tessaran::geometry {
 
-// One label a cell, columns contiguous: labels[i * nY + j]. 0 is none.
+// One label a cell, rows one after the other: labels[j * nX + i]. 0 is none.
 struct CellLabels {
     int nX = 0;
     int nY = 0;
     std::span<const std::int16_t> labels;
 
     std::int16_t at(int i, int j) const {
-        return labels[static_cast<std::size_t>(i) * static_cast<std::size_t>(nY) +
-                      static_cast<std::size_t>(j)];
+        return labels[static_cast<std::size_t>(j) * static_cast<std::size_t>(nX) +
+                      static_cast<std::size_t>(i)];
     }
 };
 

@@ -110,7 +110,7 @@ bool pointInPolygon(Point2 point, std::span<const Point2> polygon) {
     Point2 previous = polygon.back();
     for (const Point2 p : polygon) {
         const Edge edge(previous, p);
-        if (edge.left.x <= point.x && point.x < edge.right.x && edge.heightAt(point.x) <= point.y)
+        if (edge.low.y <= point.y && point.y < edge.high.y && edge.xAt(point.y) <= point.x)
             winding += edge.direction;
         previous = p;
     }

@@ -36,7 +36,7 @@ Polygon clipToConvex(std::span<const Point2> convexWindow, std::span<const Point
 double intersectionArea(std::span<const Point2> convexWindow, std::span<const Point2> polygon);
 
 // Whether the outline winds around the point (non-zero rule, as the areas count). A point on the
-// outline belongs to what lies above it, and on a vertical side to what lies right of it, so that
+// outline belongs to what lies right of it, and on a level side to what lies above it, so that
 // polygons which share a side share no point.
 bool pointInPolygon(Point2 point, std::span<const Point2> polygon);
 

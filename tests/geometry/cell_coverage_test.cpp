@@ -26,8 +26,8 @@ Shares walked(const Polygon& polygon, const CellRange& range = kLattice) {
     Shares shares(kColumns * kRows, 0.0);
     CellWalker walker;
     for (const CoverageRun& run : walker.coverage(polygon, range))
-        for (int j = run.rowBegin; j < run.rowEnd; ++j)
-            shares[cell(run.column, j)] += run.covered;
+        for (int i = run.columnBegin; i < run.columnEnd; ++i)
+            shares[cell(i, run.row)] += run.covered;
     return shares;
 }
 
@@ -96,13 +96,13 @@ TEST(CellCoverage, CountsCellsWhollyInsideAsExactlyOne) {
     EXPECT_EQ(walked(thirds)[cell(10, 8)], 1.0);
 }
 
-TEST(CellCoverage, StripsGiveTheSameBitsAsTheWhole) {
+TEST(CellCoverage, BandsGiveTheSameBitsAsTheWhole) {
     std::mt19937 random(14);
     for (int round = 0; round < 20; ++round) {
         const Polygon knot = test::tangled(random, {-4, -3}, {27, 20}, 12);
         Shares parts(kColumns * kRows, 0.0);
-        for (const auto& [begin, end] : {std::pair{0, 5}, {5, 6}, {6, kColumns}}) {
-            const Shares part = walked(knot, {begin, end, 0, kRows});
+        for (const auto& [begin, end] : {std::pair{0, 5}, {5, 6}, {6, kRows}}) {
+            const Shares part = walked(knot, {0, kColumns, begin, end});
             for (std::size_t k = 0; k < parts.size(); ++k)
                 parts[k] += part[k];
         }
@@ -157,8 +157,8 @@ Shares centresWalked(const Polygon& polygon) {
     Shares inside(kColumns * kRows, 0.0);
     CellWalker walker;
     for (const CellRun& run : walker.centresInside(polygon, kLattice))
-        for (int j = run.rowBegin; j < run.rowEnd; ++j)
-            inside[cell(run.column, j)] += 1.0;
+        for (int i = run.columnBegin; i < run.columnEnd; ++i)
+            inside[cell(i, run.row)] += 1.0;
     return inside;
 }
 

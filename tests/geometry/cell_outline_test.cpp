@@ -21,8 +21,8 @@ struct Cells {
 // Rows as they look on the plan, the highest first; '.' is no label.
 Cells cellsOf(const std::vector<std::string_view>& rows) {
     Cells cells{static_cast<int>(rows[0].size()), static_cast<int>(rows.size()), {}};
-    for (std::size_t i = 0; i < rows[0].size(); ++i)
-        for (std::size_t j = rows.size(); j-- > 0;)
+    for (std::size_t j = rows.size(); j-- > 0;)
+        for (std::size_t i = 0; i < rows[0].size(); ++i)
             cells.labels.push_back(
                 static_cast<std::int16_t>(rows[j][i] == '.' ? 0 : rows[j][i] - '0'));
     return cells;
