@@ -82,8 +82,15 @@ TEST(WriteFixed6, EqualsPrintfForTiesAndAnyBits) {
 void expectAsStrtod(const std::string& text) {
     double value = 0.0;
     const char* end = readPlainDouble(text.data(), text.data() + text.size(), value);
+    // The same number within a longer text, where there is room for the fastest way.
+    const std::string longer = text + "\r\n0.000000\r\n0.000000\r\n";
+    double inside = 0.0;
+    const char* stopInside = readPlainDouble(longer.data(), longer.data() + longer.size(), inside);
+    ASSERT_EQ(end == nullptr, stopInside == nullptr) << text;
     if (end == nullptr)
         return;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(inside), std::bit_cast<std::uint64_t>(value)) << text;
+    EXPECT_EQ(stopInside - longer.data(), end - text.data()) << text;
     char* stop = nullptr;
     const double expected = std::strtod(text.c_str(), &stop);
     EXPECT_EQ(std::bit_cast<std::uint64_t>(value), std::bit_cast<std::uint64_t>(expected)) << text;
@@ -99,6 +106,8 @@ TEST(ReadPlainDouble, EqualsStrtod) {
         const double value =
             std::ldexp(static_cast<double>(random()), -static_cast<int>(random() % 70));
         expectAsStrtod(fast(value));
+        expectAsStrtod(fixed(value, static_cast<int>(random() % 10)));
+        expectAsStrtod(fixed(-value * 1e-6, static_cast<int>(random() % 10)));
     }
 }
 
