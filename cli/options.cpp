@@ -1,0 +1,119 @@
+#include "cli/options.h"
+
+#include "cli/subcommands.h"
+#include "tessaran_version.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <exception>
+#include <functional>
+#include <memory>
+
+namespace tessaran::cli {
+namespace {
+
+// What a parsed command line does.
+using Action = std::function<int()>;
+
+template <class Options>
+CLI::App* subcommand(CLI::App& app, Action& action, const std::string& name,
+                     const std::string& text, const std::shared_ptr<Options>& options,
+                     int (*run)(const Options&)) {
+    CLI::App* added = app.add_subcommand(name, text);
+    added->callback([&action, options, run] { action = [options, run] { return run(*options); }; });
+    return added;
+}
+
+void addRun(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<RunOptions>();
+    CLI::App* sub = subcommand(app, action, "run", "Run a script of commands without a screen",
+                               options, runScript);
+    sub->add_option("SCRIPT", options->script, "The script; - for standard input")->required();
+    sub->add_option("--drawing", options->drawing, "The drawing to start on");
+    sub->add_option("--save", options->save, "Write the drawing there when every line was used");
+    sub->add_option("--transcript", options->transcript, "Write the transcript there, too");
+    sub->add_flag("--progress", options->progress, "Show progress on standard error");
+}
+
+void addConsole(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<ConsoleOptions>();
+    CLI::App* sub =
+        subcommand(app, action, "console", "The commands at a terminal", options, runConsole);
+    sub->add_option("PLAN", options->drawing, "The drawing to start on (DXF)");
+}
+
+void addPlot(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<PlotOptions>();
+    CLI::App* sub = subcommand(app, action, "plot", "A picture of a drawing (PNG, SVG, PDF)",
+                               options, plotDrawing);
+    sub->add_option("PLAN", options->drawing, "The drawing (DXF)")->required();
+    sub->add_option("OUT", options->output, "The picture: .png, .svg or .pdf")->required();
+    sub->add_option("--width", options->width, "Width in pixels")->check(CLI::Range(16, 20000));
+    sub->add_option("--extent", options->extent, "What to show: x,y,x,y")
+        ->delimiter(',')
+        ->expected(4);
+    sub->add_option("--layers", options->layers, "Only these layers: A,B");
+    sub->add_option("--title", options->title, "A title over the picture");
+}
+
+void addGrid(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<GridOptions>();
+    CLI::App* sub = subcommand(app, action, "grid", "A grid file's geometry and statistics",
+                               options, describeGrid);
+    sub->add_option("FILE", options->grid, "The grid file (.grd)")->required();
+    sub->add_option("--png", options->picture, "Draw its cells there");
+}
+
+// Commands whose folders are still to come; their names are taken.
+void addLater(CLI::App& app, Action& action, const char* name, const char* text) {
+    CLI::App* sub = app.add_subcommand(name, text);
+    sub->allow_extras();
+    sub->callback([&action] {
+        action = [] {
+            fmt::print(stderr, "Not available yet.\n");
+            return kWrongUsage;
+        };
+    });
+}
+
+int noWindow(const CLI::App& app) {
+    fmt::print(stderr, "This build has no desktop window.\n\n{}", app.help());
+    return kWrongUsage;
+}
+
+int parseAndRun(int argc, char** argv) {
+    CLI::App app{"Tessaran: a ground-stability workbench for underground coal mines", "tessaran"};
+    app.set_version_flag("--version", "tessaran " TESSARAN_VERSION);
+    std::string drawing;
+    app.add_option("PLAN", drawing, "The drawing to open in the desktop window (DXF)");
+    Action action;
+    addRun(app, action);
+    addConsole(app, action);
+    addPlot(app, action);
+    addGrid(app, action);
+    addLater(app, action, "solve", "Run the laminated stress solver on an input file");
+    addLater(app, action, "inp", "Compose a solver input file");
+    addLater(app, action, "cmrr", "The roof rating of a unit file");
+    app.require_subcommand(0, 1);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? kDone : kWrongUsage;
+    }
+    return action ? action() : noWindow(app);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return parseAndRun(argc, argv);
+    } catch (const std::exception& error) {
+        fmt::print(stderr, "tessaran: {}\n", error.what());
+        return kFailed;
+    }
+}
+
+} // namespace tessaran::cli

@@ -1,0 +1,40 @@
+#pragma once
+
+// The program's subcommands, each a function of its options that gives the exit status.
+
+#include <string>
+#include <vector>
+
+namespace tessaran::cli {
+
+struct RunOptions {
+    std::string script; // "-": standard input
+    std::string drawing{};
+    std::string save{};
+    std::string transcript{};
+    bool progress = false;
+};
+int runScript(const RunOptions& options);
+
+struct ConsoleOptions {
+    std::string drawing{};
+};
+int runConsole(const ConsoleOptions& options);
+
+struct PlotOptions {
+    std::string drawing{};
+    std::string output{};
+    int width = 1600;
+    std::vector<double> extent{}; // two opposite corners
+    std::string layers{};
+    std::string title{};
+};
+int plotDrawing(const PlotOptions& options);
+
+struct GridOptions {
+    std::string grid{};
+    std::string picture{};
+};
+int describeGrid(const GridOptions& options);
+
+} // namespace tessaran::cli

@@ -1,0 +1,106 @@
+#pragma once
+
+// The talk between whoever gives the lines and whatever waits for one: the command prompt, a
+// prompt, a question box, a file dialog, a dialog. It holds the line that comes next, so that what
+// waits can look at it before it takes it, carries out the lines that answer nothing, and knows
+// whether the talk is over: at the end of the lines, or after a line in error of a script.
+
+#include "base/result.h"
+#include "console/line.h"
+#include "console/line_source.h"
+#include "console/transcript.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tessaran::host {
+class DialogSession;
+}
+
+namespace tessaran::console {
+
+class Conversation {
+  public:
+    Conversation(LineSource& source, Transcript& transcript)
+        : source_(source), transcript_(transcript) {}
+
+    Transcript& transcript() { return transcript_; }
+    bool interactive() const { return source_.interactive(); }
+
+    // --- lines
+    // The line that comes next; null when the talk is over. `waiting` is what waits for it, as
+    // ":show" and ":expect" see it.
+    const Line* next(const std::string& waiting);
+    // Takes the line that comes next; it is echoed and is the one that errors speak of.
+    Line take();
+    // The line taken last is in error. True: a person typed it, so ask again; false: the talk is
+    // over.
+    bool refuse(const std::string& why);
+    // Whether nothing more is answered: everything open is to be cancelled.
+    bool over() const { return failure_.has_value() || ended_; }
+    void end() { ended_ = true; }
+    // "SCRIPT:LINE: why" of the line in error.
+    const std::optional<std::string>& failure() const { return failure_; }
+
+    // --- prompts
+    struct Answer {
+        enum class Kind { enter, escape, text };
+        Kind kind = Kind::escape;
+        std::string text{};
+    };
+    // Prints the message and takes its answer. `oneWord`: of an answer given behind the command's
+    // name only the first word is taken.
+    Answer ask(const std::string& message, bool oneWord);
+    // Answers given behind the command's name, for its first prompts.
+    void setGiven(std::string text) { given_ = std::move(text); }
+    const std::string& given() const { return given_; }
+    // Changes whenever something happened that is not just another asking of the same prompt.
+    void setActivity(std::function<std::uint64_t()> activity) { activity_ = std::move(activity); }
+
+    // --- dialogs
+    void push(host::DialogSession& session) { sessions_.push_back(&session); }
+    void pop() { sessions_.pop_back(); }
+    bool inDialog() const { return !sessions_.empty(); }
+
+    // --- the user break
+    // One poll of the user break or of a Cancel button.
+    bool poll();
+    void setInterrupted(std::function<bool()> interrupted) {
+        interrupted_ = std::move(interrupted);
+    }
+    void beginCommand();
+
+  private:
+    bool fill(const std::string& waiting);
+    bool carryOut(const Line& line, const std::string& waiting);
+    void show(const std::string& waiting);
+    void expect(const Line& line, const std::string& waiting);
+    void breakAt(const Line& line);
+    std::optional<Answer> givenAnswer(bool oneWord);
+    Answer automaticAnswer(const std::string& message);
+
+    LineSource& source_;
+    Transcript& transcript_;
+    std::optional<Line> next_;
+    int number_ = 0;  // of the line read last
+    int current_ = 0; // of the line taken last
+    std::string given_;
+    std::vector<host::DialogSession*> sessions_;
+    bool ended_ = false;
+    std::optional<std::string> failure_;
+
+    // Enter given without a line: the prompt, what had happened until then, and how often.
+    std::string entered_;
+    std::uint64_t enteredActivity_ = 0;
+    int enters_ = 0;
+    int automatic_ = 0;
+    std::function<std::uint64_t()> activity_;
+
+    std::function<bool()> interrupted_;
+    long pollsLeft_ = 0; // 0: no break ordered
+    bool broken_ = false;
+};
+
+} // namespace tessaran::console

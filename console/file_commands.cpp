@@ -1,0 +1,117 @@
+#include "base/text.h"
+#include "console/drawing_files.h"
+#include "console/plain_commands.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+
+namespace tessaran::console {
+namespace {
+
+// A drawing's file: typed, or chosen in the file dialog where Enter is the answer.
+std::optional<std::string> askDrawingFile(ConsoleHost& host, const std::string& message,
+                                          host::FileRequest::Mode mode) {
+    const auto typed = host.prompts().getString(message, true);
+    if (typed.status == host::PromptStatus::cancel)
+        return std::nullopt;
+    if (typed.ok() && !typed.value.empty())
+        return typed.value;
+    host::FileRequest request;
+    request.mode = mode;
+    request.title = mode == host::FileRequest::Mode::open ? "Open Drawing" : "Save Drawing As";
+    request.extension = "dxf";
+    request.filter = "Drawings (*.dxf)|*.dxf|All files(*.*)|*.*||";
+    return host.dialogs().chooseFile(request);
+}
+
+bool agreesTo(ConsoleHost& host, const std::string& question) {
+    return host.dialogs().ask({.text = question,
+                               .buttons = host::Buttons::yesNo,
+                               .stake = host::Question::Stake::guarded}) == host::Answer::yes;
+}
+
+bool mayDiscard(ConsoleHost& host, const Document& document) {
+    return !document.database->modified() ||
+           agreesTo(host, fmt::format("Discard the changes to {}?", document.name));
+}
+
+void save(ConsoleHost& host, const std::filesystem::path& path) {
+    Workspace& workspace = host.workspace();
+    const bool moved = workspace.database().path() != path;
+    if (const auto saved = saveDrawing(workspace.database(), path); !saved) {
+        host.frontEnd().refused(saved.error().message());
+        return;
+    }
+    if (moved)
+        workspace.rename();
+    host.print(fmt::format("\nSaved {}", path.string()));
+}
+
+} // namespace
+
+void newDrawing(ConsoleHost& host) {
+    host.print(fmt::format("\n{}", host.workspace().addEmpty().name));
+}
+
+void openCommand(ConsoleHost& host) {
+    const auto file =
+        askDrawingFile(host, "\nEnter name of drawing to open:", host::FileRequest::Mode::open);
+    if (!file)
+        return;
+    auto database = openDrawing(*file);
+    if (!database) {
+        host.frontEnd().refused(database.error().message());
+        return;
+    }
+    const Document& document = host.workspace().add(std::move(*database));
+    host.print(
+        fmt::format("\nOpened {}: {} objects", document.name, document.database->entityCount()));
+}
+
+void saveCommand(ConsoleHost& host) {
+    const std::filesystem::path path = host.workspace().database().path();
+    if (path.empty())
+        saveAsCommand(host);
+    else
+        save(host, path);
+}
+
+void saveAsCommand(ConsoleHost& host) {
+    const auto file = askDrawingFile(host, "\nSave drawing as:", host::FileRequest::Mode::save);
+    if (!file)
+        return;
+    const std::filesystem::path path = base::withEnding(*file, ".dxf");
+    std::error_code ignored;
+    const bool own = std::filesystem::equivalent(path, host.workspace().database().path(), ignored);
+    if (!own && std::filesystem::exists(path, ignored) &&
+        !agreesTo(host, fmt::format("{} already exists.\nDo you want to replace it?", *file)))
+        return;
+    save(host, path);
+}
+
+void closeCommand(ConsoleHost& host) {
+    if (!mayDiscard(host, host.workspace().current()))
+        return;
+    host.state().graphics.clear();
+    host.workspace().closeCurrent();
+}
+
+void documentCommand(ConsoleHost& host) {
+    Workspace& workspace = host.workspace();
+    for (const auto& document : workspace.documents())
+        host.print(fmt::format("\n{} {}", document.get() == &workspace.current() ? "*" : " ",
+                               document->name));
+    const auto name = host.prompts().getString("\nDrawing to switch to:", true);
+    if (name.ok() && !workspace.switchTo(name.value))
+        host.frontEnd().refused(fmt::format("no open drawing \"{}\"", name.value));
+}
+
+bool mayQuit(ConsoleHost& host) {
+    for (const auto& document : host.workspace().documents())
+        if (!mayDiscard(host, *document))
+            return false;
+    return true;
+}
+
+} // namespace tessaran::console

@@ -1,0 +1,24 @@
+#include "console/line_front_end.h"
+
+namespace tessaran::console {
+
+LineFrontEnd::LineFrontEnd(HostState& state, Conversation& conversation, bool showProgress)
+    : commands_(state.commands), conversation_(conversation),
+      prompts_(state.workspace, conversation), dialogs_(conversation), bar_(showProgress),
+      meter_(bar_, [this] { return conversation_.poll(); }),
+      progressLine_(bar_, [this] { return conversation_.poll(); }) {}
+
+// There is nothing here to open a link with: it is told.
+void LineFrontEnd::openLink(const std::string& target) {
+    conversation_.transcript().line("(link) " + target);
+}
+
+bool LineFrontEnd::commandFollows() {
+    if (conversation_.interactive() || !conversation_.given().empty())
+        return false;
+    const Line* line = conversation_.next({});
+    return line != nullptr && line->kind == Line::Kind::text &&
+           commands_.typed(line->text).command != nullptr;
+}
+
+} // namespace tessaran::console
