@@ -41,8 +41,8 @@ STREAM_LINE = LineString(smooth(STREAM))
 BRANCH_LINE = LineString(smooth(BRANCH))
 
 
-def surface(x, y):
-    """Elevation of the surface."""
+def natural_surface(x, y):
+    """Elevation of the surface before the ponds were dammed."""
     z = 1010.0 + 0.012 * x - 0.006 * y
     for hx, hy, height, ex, ey in HILLS:
         z += height * math.exp(-((x - hx) / ex) ** 2 - ((y - hy) / ey) ** 2)
@@ -91,6 +91,19 @@ def pond(x, y, reach, stretch, turn):
 PONDS = {'FARM POND': pond(1080, 4660, 150, 1.25, 0.5),
          'MILL POND': pond(2960, 3330, 190, 1.5, 2.3),
          'SLURRY IMPOUNDMENT': pond(4640, 4780, 400, 1.2, 0.9)}
+
+_SHORES = [Polygon(shore) for shore in PONDS.values()]
+_WATER = [sum(natural_surface(*p) for p in shore) / len(shore) for shore in PONDS.values()]
+
+
+def surface(x, y):
+    """Elevation of the surface: level on the ponds, graded back to the hillside around them."""
+    z = natural_surface(x, y)
+    for shore, level in zip(_SHORES, _WATER):
+        share = math.exp(-(shore.distance(Point(x, y)) / 140.0) ** 2)
+        z += share * (level - z)
+    return z
+
 
 # name, throw, points with the bulge of the segment that leaves each; the last is drawn as an
 # old-style polyline
