@@ -3,6 +3,7 @@
 #include "app/about.h"
 #include "app/loaded_host.h"
 #include "app/tessaran_app.h"
+#include "grid/base_grid_commands.h"
 #include "host/host.h"
 
 #include <array>
@@ -16,7 +17,7 @@ void notAvailableYet(host::Host& host) {
 
 // In the order in which the host learns them.
 constexpr std::array kCommands{
-    CommandRow{"zelk_setGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_setGrid", commandHandler<grid::zelk_setGrid>},
     CommandRow{"zelk_gridFromContour", commandHandler<notAvailableYet>},
     CommandRow{"zelk_gridFromPoint", commandHandler<notAvailableYet>},
     CommandRow{"zelk_geoFeatures", commandHandler<notAvailableYet>},
@@ -41,7 +42,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_RFRI_Draw", commandHandler<notAvailableYet>},
     CommandRow{"zelk_RFRI_Calc", commandHandler<notAvailableYet>},
     CommandRow{"zelk_zelkabout", commandHandler<zelk_zelkabout>},
-    CommandRow{"tabTest", commandHandler<notAvailableYet>},
+    CommandRow{"tabTest", commandHandler<grid::tabTest>},
     CommandRow{"ZELKMenu", commandHandler<ZELKMenu>},
     CommandRow{"zelk_RFRI_Input", commandHandler<notAvailableYet>},
     CommandRow{"zelk_RFRI_List", commandHandler<notAvailableYet>},

@@ -6,13 +6,15 @@
 #include "host/services_records.h"
 
 #include <array>
-#include <numbers>
 
 namespace tessaran::grid {
 namespace {
 
 constexpr const char* kRecordKey = "ZelkBaseGrid";
 constexpr const char* kProfileSection = "Settings";
+
+// The short pi that grids turn degrees into radians with, so that the way back gives the same text.
+constexpr double kGridPi = 3.1415926;
 
 } // namespace
 
@@ -53,7 +55,7 @@ BaseGrid baseGridOf(const myGrid& grid) {
             std::to_string(grid.nY()),
             base::fixed6(grid.cellWidthX()),
             base::fixed6(grid.cellWidthY()),
-            base::fixed6(grid.rotation() * 180.0 / std::numbers::pi),
+            base::fixed6(grid.rotation() * 180.0 / kGridPi),
             base::fixed6(grid.origin().x),
             base::fixed6(grid.origin().y)};
 }

@@ -20,9 +20,9 @@ struct BaseGrid {
     std::string cellsY;
     std::string widthX; // drawing units
     std::string widthY;
-    std::string rotation; // degrees from the world's X axis
-    std::string originX;  // world coordinates of the low-left corner of cell (0, 0)
-    std::string originY;
+    std::string rotation = "0"; // degrees from the world's X axis
+    std::string originX = "0";  // world coordinates of the low-left corner of cell (0, 0)
+    std::string originY = "0";
 
     friend bool operator==(const BaseGrid&, const BaseGrid&) = default;
 };
