@@ -28,4 +28,21 @@ class NoProgress final : public Progress {
     bool cancelled() override { return false; }
 };
 
+// Begins a stretch of work and ends it on every way out.
+class ProgressRun {
+  public:
+    ProgressRun(Progress& progress, std::string_view text, long lower, long upper)
+        : progress_(progress) {
+        progress_.begin(text, lower, upper);
+    }
+    ProgressRun(const ProgressRun&) = delete;
+    ProgressRun& operator=(const ProgressRun&) = delete;
+    ~ProgressRun() { progress_.end(); }
+
+    void at(long position) { progress_.setPosition(position); }
+
+  private:
+    Progress& progress_;
+};
+
 } // namespace tessaran::base

@@ -68,19 +68,6 @@ std::string headerText(const myGrid& grid) {
     return out;
 }
 
-class MeterRun {
-  public:
-    MeterRun(Progress& progress, std::string_view text, long upper) : progress_(progress) {
-        progress_.begin(text, 0, upper);
-    }
-    MeterRun(const MeterRun&) = delete;
-    MeterRun& operator=(const MeterRun&) = delete;
-    ~MeterRun() { progress_.end(); }
-
-  private:
-    Progress& progress_;
-};
-
 } // namespace
 
 Result<GridHeader> readGridHeader(std::string_view text) {
@@ -126,7 +113,7 @@ Result<void> setupFromHeader(const GridHeader& header, std::size_t textSize, myG
 
 Result<void> readGridValues(std::string_view text, const GridHeader& header, myGrid& grid,
                             Progress& progress) {
-    const MeterRun meter(progress, "Loading grid ...", grid.nY());
+    const base::ProgressRun meter(progress, "Loading grid ...", 0, grid.nY());
     const Result<std::size_t> tail = readValueLines(
         text, header.valuesAt, grid.values(), static_cast<std::size_t>(grid.nX()) + 1, progress);
     if (!tail)
