@@ -111,6 +111,8 @@ Geometry Kernel::nested(const std::vector<Polygon>& loops) {
         if (outer)
             boxes.push_back(boxOf(loop));
     }
+    if (shells.size() == 1)
+        return polygon(*shells[0], holes);
     std::vector<std::vector<const Polygon*>> holesOf(shells.size());
     const BoxIndex index(holes.empty() ? std::vector<Box2>{} : boxes);
     for (const Polygon* hole : holes) {
@@ -125,8 +127,6 @@ Geometry Kernel::nested(const std::vector<Polygon>& loops) {
             return take(nullptr);
         holesOf[best].push_back(hole);
     }
-    if (shells.size() == 1)
-        return polygon(*shells[0], holesOf[0]);
     std::vector<Geometry> polygons;
     for (std::size_t k = 0; k < shells.size(); ++k)
         polygons.push_back(polygon(*shells[k], holesOf[k]));
