@@ -61,8 +61,8 @@ void forEachCovered(const PlanarRegion& area, const CellRange& range, const Visi
     geometry::CellWalker walker;
     if (area.loops.size() == 1) {
         for (const geometry::CoverageRun& run : walker.coverage(area.loops[0], range))
-            for (int j = run.rowBegin; j < run.rowEnd; ++j)
-                visit(run.column, j, run.covered);
+            for (int i = run.columnBegin; i < run.columnEnd; ++i)
+                visit(i, run.row, run.covered);
         return;
     }
     const auto rows = static_cast<std::size_t>(range.rowEnd - range.rowBegin);
@@ -71,14 +71,14 @@ void forEachCovered(const PlanarRegion& area, const CellRange& range, const Visi
     for (const Polygon& loop : area.loops) {
         const double sign = geometry::signedArea(loop) < 0.0 ? -1.0 : 1.0;
         for (const geometry::CoverageRun& run : walker.coverage(loop, range)) {
-            const auto column = static_cast<std::size_t>(run.column - range.columnBegin) * rows;
-            for (int j = run.rowBegin; j < run.rowEnd; ++j)
-                shares[column + static_cast<std::size_t>(j - range.rowBegin)] += sign * run.covered;
+            const auto row = static_cast<std::size_t>(run.row - range.rowBegin) * columns;
+            for (int i = run.columnBegin; i < run.columnEnd; ++i)
+                shares[row + static_cast<std::size_t>(i - range.columnBegin)] += sign * run.covered;
         }
     }
     std::size_t k = 0;
-    for (int i = range.columnBegin; i < range.columnEnd; ++i)
-        for (int j = range.rowBegin; j < range.rowEnd; ++j, ++k)
+    for (int j = range.rowBegin; j < range.rowEnd; ++j)
+        for (int i = range.columnBegin; i < range.columnEnd; ++i, ++k)
             if (shares[k] > 0.0)
                 visit(i, j, shares[k]);
 }
@@ -92,8 +92,8 @@ IndexMapping::IndexMapping(const grid::myGrid& indexGrid,
 
 std::size_t IndexMapping::filterCells(ValueFilter filter, double threshold) {
     std::size_t withoutValue = 0;
-    for (int i = 0; i < labels_.nX(); ++i) {
-        for (int j = 0; j < labels_.nY(); ++j) {
+    for (int j = 0; j < labels_.nY(); ++j) {
+        for (int i = 0; i < labels_.nX(); ++i) {
             const double value = grid_.getValue(i, j);
             if (!base::hasValue(value))
                 ++withoutValue;
@@ -211,8 +211,8 @@ Result<std::vector<ColouredRegion>> IndexMapping::combinedRegions() const {
     std::vector<std::int16_t> colours(static_cast<std::size_t>(labels_.nX()) *
                                       static_cast<std::size_t>(labels_.nY()));
     std::size_t k = 0;
-    for (int i = 0; i < labels_.nX(); ++i)
-        for (int j = 0; j < labels_.nY(); ++j, ++k)
+    for (int j = 0; j < labels_.nY(); ++j)
+        for (int i = 0; i < labels_.nX(); ++i, ++k)
             if (!labels_.isDropped(i, j))
                 colours[k] = static_cast<std::int16_t>(colourOf(i, j));
     auto areas = openAreas({labels_.nX(), labels_.nY(), colours}, labels_, pillars_,

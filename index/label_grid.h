@@ -38,13 +38,13 @@ class LabelGrid {
     };
 
     std::size_t at(int i, int j) const {
-        return static_cast<std::size_t>(i) * static_cast<std::size_t>(nY_) +
-               static_cast<std::size_t>(j);
+        return static_cast<std::size_t>(j) * static_cast<std::size_t>(nX_) +
+               static_cast<std::size_t>(i);
     }
 
     int nX_;
     int nY_;
-    std::vector<std::int32_t> state_; // columns contiguous; above 0: one past the entry's index
+    std::vector<std::int32_t> state_; // rows outer; above 0: one past the entry's index
     std::vector<Entry> entries_;
 };
 

@@ -30,8 +30,8 @@ class Components {
   public:
     Components(const CellLabels& cells, const LabelGrid& labels)
         : cells_(cells), labels_(labels), numbers_(cells.labels.size(), -1) {
-        for (int i = 0; i < cells.nX; ++i)
-            for (int j = 0; j < cells.nY; ++j)
+        for (int j = 0; j < cells.nY; ++j)
+            for (int i = 0; i < cells.nX; ++i)
                 if (cells.at(i, j) != 0 && numbers_[at(i, j)] < 0)
                     fill(i, j);
         addOutlines();
@@ -46,8 +46,8 @@ class Components {
     };
 
     std::size_t at(int i, int j) const {
-        return static_cast<std::size_t>(i) * static_cast<std::size_t>(cells_.nY) +
-               static_cast<std::size_t>(j);
+        return static_cast<std::size_t>(j) * static_cast<std::size_t>(cells_.nX) +
+               static_cast<std::size_t>(i);
     }
 
     void fill(int i, int j) {
