@@ -32,6 +32,8 @@ class Canvas {
     virtual void fill(const std::vector<geometry::Curve>& loops, const Pen& pen) = 0;
     virtual void text(const host::Text& text, const Pen& pen) = 0;
     virtual void point(host::Point2 at, const Pen& pen) = 0;
+    // A whole grid's cells as one graphic; never part of a drawing, shown over it.
+    virtual void cells(const host::CellPatch& /*patch*/) {}
 };
 
 } // namespace tessaran::drawing

@@ -125,6 +125,14 @@ const SpatialIndex& Database::index() const {
     return *index_;
 }
 
+void Database::forEachBox(
+    const std::function<void(const EntityRecord&, const host::Box2&)>& visit) const {
+    const SpatialIndex& boxes = index();
+    for (std::size_t slot = 0; slot < slots_.size(); ++slot)
+        if (slots_[slot].record)
+            visit(*slots_[slot].record, boxes.box(slot));
+}
+
 std::vector<const EntityRecord*> Database::near(const host::Box2& box) const {
     std::vector<const EntityRecord*> records;
     for (const std::size_t slot : index().query(box))

@@ -9,6 +9,7 @@
 #include "host/drawing.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -101,6 +102,8 @@ class Database final : public host::Drawing {
     const LayerRecord* layerRecord(std::string_view name) const;
     const Tables& tables() const { return tables_; }
     const std::vector<LinetypeRecord>& linetypes() const { return linetypes_; }
+    // The same with the extents of what each shows, widths included; from the spatial index.
+    void forEachBox(const std::function<void(const EntityRecord&, const host::Box2&)>& visit) const;
     // Live entities whose extents may meet the box, in drawing order.
     std::vector<const EntityRecord*> near(const host::Box2& box) const;
     const Block* block(std::string_view name) const;

@@ -1,6 +1,7 @@
 #include "drawing/extents.h"
 
 #include "drawing/scene.h"
+#include "drawing/selection.h"
 
 #include <algorithm>
 #include <cmath>
@@ -35,12 +36,12 @@ class ExtentsCanvas final : public Canvas {
     Reach reach_;
 };
 
+} // namespace
+
 bool isNear(const Box2& box) {
     const auto near = [](double value) { return std::abs(value) <= kFarthestCoordinate; };
     return near(box.low.x) && near(box.low.y) && near(box.high.x) && near(box.high.y);
 }
-
-} // namespace
 
 Box2 recordExtents(const Database& database, const EntityRecord& record, Visibility visibility,
                    Reach reach) {
@@ -49,11 +50,11 @@ Box2 recordExtents(const Database& database, const EntityRecord& record, Visibil
     return canvas.box;
 }
 
-Box2 drawingExtents(const Database& database) {
+Box2 drawingExtents(const Database& database, const host::SelectionFilter& filter) {
+    const FilterTest passes(database.tables(), filter);
     Box2 all;
-    database.forEachEntity([&](const EntityRecord& record) {
-        const Box2 box = recordExtents(database, record, Visibility::shown, Reach::widths);
-        if (!box.empty() && isNear(box))
+    database.forEachBox([&](const EntityRecord& record, const Box2& box) {
+        if (!box.empty() && isNear(box) && isShown(database, record) && passes(record))
             all.add(box);
     });
     return all;

@@ -18,8 +18,12 @@ enum class Reach { centreLines, widths };
 host::Box2 recordExtents(const Database& database, const EntityRecord& record,
                          Visibility visibility, Reach reach);
 
-// Of everything on layers that are on and not frozen, far-off entities left out; may be empty.
-host::Box2 drawingExtents(const Database& database);
+// Whether no coordinate of the box is farther away than that.
+bool isNear(const host::Box2& box);
+
+// Of everything that passes the filter on layers that are on and not frozen, far-off entities left
+// out; may be empty.
+host::Box2 drawingExtents(const Database& database, const host::SelectionFilter& filter = {});
 
 // The standard view on a box: its centre, and high and wide enough for it; 0,0 to 100,62.5 on an
 // empty one.

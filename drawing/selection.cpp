@@ -72,6 +72,8 @@ class ShapeTest final : public Canvas {
     void text(const host::Text& text, const Pen& pen) override {
         const auto corners = textBox(text);
         curve(chainOf({corners.begin(), corners.end()}, true), pen);
+        // A text counts as the whole of its box: the shape may lie inside it.
+        touches_ = touches_ || geometry::pointInPolygon(points_.front(), corners);
     }
     void point(Point2 at, const Pen& /*pen*/) override {
         shows_ = true;
