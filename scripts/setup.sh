@@ -10,6 +10,7 @@ packages=(
     # libraries
     libfmt-dev libtbb-dev libgeos-dev libcairo2-dev libhwy-dev libedit-dev libcli11-dev
     libnanoflann-dev
+    fonts-dejavu-core
     # tests and benchmarks; the python packages and GDAL are independent readers of our files
     libgtest-dev libgmock-dev libbenchmark-dev python3-ezdxf python3-gdal python3-shapely
 )
