@@ -14,12 +14,15 @@ constexpr int kMostAutomaticAnswers = 1000;
 
 } // namespace
 
-const Line* Conversation::next(const std::string& waiting) {
+const Line* Conversation::next(const Waiting& waiting) {
+    prompt_ = waiting.prompted ? std::string{} : waiting.prompt;
+    place_ = waiting.prompt.empty() ? Transcript::Place::ownLine : Transcript::Place::behindPrompt;
     while (!over() && fill(waiting)) {
         if (next_->kind == Line::Kind::comment || next_->answersNothing()) {
             const Line line = *std::exchange(next_, std::nullopt);
             current_ = line.number;
-            carryOut(line, waiting);
+            carryOut(line, waiting.text);
+            prompt_ = waiting.prompt;
             continue;
         }
         if (next_->kind != Line::Kind::badDirective)
@@ -31,10 +34,10 @@ const Line* Conversation::next(const std::string& waiting) {
 }
 
 // Reads the line that comes next; false at the end of the lines.
-bool Conversation::fill(const std::string& waiting) {
+bool Conversation::fill(const Waiting& waiting) {
     if (next_)
         return true;
-    std::optional<std::string> raw = source_.read(waiting);
+    std::optional<std::string> raw = source_.read(waiting.prompt);
     if (!raw) {
         ended_ = true;
         return false;
@@ -46,7 +49,7 @@ bool Conversation::fill(const std::string& waiting) {
 
 bool Conversation::carryOut(const Line& line, const std::string& waiting) {
     // What was read is no output: looking for a text must not find itself.
-    transcript_.echo(line.raw, false);
+    echo(line, false);
     if (line.is(Verb::show))
         show(waiting);
     else if (line.is(Verb::expect))
@@ -89,7 +92,7 @@ Line Conversation::take() {
     automatic_ = 0;
     enters_ = 0;
     broken_ = false;
-    transcript_.echo(line.raw, true);
+    echo(line, true);
     return line;
 }
 
@@ -104,6 +107,12 @@ bool Conversation::refuse(const std::string& why) {
     return false;
 }
 
+void Conversation::echo(const Line& line, bool counted) {
+    transcript_.print(prompt_);
+    prompt_.clear();
+    transcript_.echo(line.raw, place_, counted);
+}
+
 std::optional<Conversation::Answer> Conversation::givenAnswer(bool oneWord) {
     const std::string_view rest = base::trimmed(given_);
     if (rest.empty())
@@ -111,7 +120,7 @@ std::optional<Conversation::Answer> Conversation::givenAnswer(bool oneWord) {
     const std::size_t blank = oneWord ? rest.find(' ') : std::string_view::npos;
     Answer answer{Answer::Kind::text, std::string(rest.substr(0, blank))};
     given_ = blank == std::string_view::npos ? std::string{} : std::string(rest.substr(blank));
-    transcript_.echo(answer.text, true);
+    transcript_.echo(answer.text, Transcript::Place::behindPrompt);
     return answer;
 }
 
@@ -124,7 +133,7 @@ Conversation::Answer Conversation::automaticAnswer(const std::string& message) {
     entered_ = message;
     enteredActivity_ = activity;
     const bool escape = enters_ > 2 || ++automatic_ > kMostAutomaticAnswers;
-    transcript_.echo("", true);
+    transcript_.echo("", Transcript::Place::behindPrompt);
     return {escape ? Answer::Kind::escape : Answer::Kind::enter};
 }
 
@@ -134,7 +143,7 @@ Conversation::Answer Conversation::ask(const std::string& message, bool oneWord)
         return {};
     if (auto given = givenAnswer(oneWord))
         return *given;
-    const Line* line = next(message);
+    const Line* line = next({message, message, true});
     if (line == nullptr)
         return {};
     if (line->kind == Line::Kind::directive)

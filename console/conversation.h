@@ -30,9 +30,14 @@ class Conversation {
     bool interactive() const { return source_.interactive(); }
 
     // --- lines
-    // The line that comes next; null when the talk is over. `waiting` is what waits for it, as
-    // ":show" and ":expect" see it.
-    const Line* next(const std::string& waiting);
+    // What waits for a line.
+    struct Waiting {
+        std::string text{};    // as ":show" and ":expect" see it
+        std::string prompt{};  // printed before each line that is read
+        bool prompted = false; // the prompt has been printed once
+    };
+    // The line that comes next; null when the talk is over.
+    const Line* next(const Waiting& waiting);
     // Takes the line that comes next; it is echoed and is the one that errors speak of.
     Line take();
     // The line taken last is in error. True: a person typed it, so ask again; false: the talk is
@@ -73,19 +78,22 @@ class Conversation {
     void beginCommand();
 
   private:
-    bool fill(const std::string& waiting);
+    bool fill(const Waiting& waiting);
     bool carryOut(const Line& line, const std::string& waiting);
     void show(const std::string& waiting);
     void expect(const Line& line, const std::string& waiting);
     void breakAt(const Line& line);
+    void echo(const Line& line, bool counted);
     std::optional<Answer> givenAnswer(bool oneWord);
     Answer automaticAnswer(const std::string& message);
 
     LineSource& source_;
     Transcript& transcript_;
     std::optional<Line> next_;
-    int number_ = 0;  // of the line read last
-    int current_ = 0; // of the line taken last
+    std::string prompt_;                                        // still to be printed
+    Transcript::Place place_ = Transcript::Place::behindPrompt; // of what is read
+    int number_ = 0;                                            // of the line read last
+    int current_ = 0;                                           // of the line taken last
     std::string given_;
     std::vector<host::DialogSession*> sessions_;
     bool ended_ = false;

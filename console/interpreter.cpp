@@ -21,8 +21,7 @@ Interpreter::Interpreter(ConsoleHost& host, Conversation& conversation)
 
 void Interpreter::run() {
     while (!conversation_.over()) {
-        conversation_.transcript().print(kCommandPrompt);
-        if (conversation_.next({}) == nullptr)
+        if (conversation_.next({{}, kCommandPrompt}) == nullptr)
             break;
         const Line line = conversation_.take();
         switch (line.kind) {

@@ -52,7 +52,7 @@ std::optional<Answer> LineDialogs::answered(const Question& question) {
         conversation_.transcript().line(
             fmt::format("{} [{}]", waiting, buttonNames(question.buttons)));
     for (;;) {
-        const Line* line = conversation_.next(waiting);
+        const Line* line = conversation_.next({waiting, {}});
         if (line == nullptr)
             return cancelAnswer(question.buttons);
         if (line->kind == Line::Kind::escape) {
@@ -98,7 +98,7 @@ std::optional<std::string> LineDialogs::chosen(const FileRequest& request) {
         conversation_.transcript().line(waiting);
     bool proposalRefused = proposal.empty();
     for (;;) {
-        const Line* line = conversation_.next(waiting);
+        const Line* line = conversation_.next({waiting, {}});
         if (line == nullptr)
             return std::nullopt;
         bool again = false;
@@ -161,7 +161,7 @@ bool LineDialogs::run(DialogSession& session) {
 }
 
 void LineDialogs::useLine(DialogSession& session, const std::string& waiting) {
-    if (conversation_.next(waiting) == nullptr)
+    if (conversation_.next({waiting, {}}) == nullptr)
         return;
     const Line line = conversation_.take();
     switch (line.kind) {

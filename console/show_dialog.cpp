@@ -39,7 +39,9 @@ class Printer {
 
   private:
     void put(int depth, const std::string& text) {
-        lines_.push_back(std::string(static_cast<std::size_t>(depth) * 2, ' ') + text);
+        std::string line = std::string(static_cast<std::size_t>(depth) * 2, ' ') + text;
+        line.erase(line.find_last_not_of(' ') + 1);
+        lines_.push_back(std::move(line));
     }
 
     void page(const DialogSession::PageControls& page, bool inFront) {

@@ -33,8 +33,8 @@ void Transcript::line(std::string_view text) {
     lineEnded_ = true;
 }
 
-void Transcript::echo(std::string_view text, bool counted) {
-    if (inLine_ && lineEnded_)
+void Transcript::echo(std::string_view text, Place place, bool counted) {
+    if (inLine_ && (lineEnded_ || place == Place::ownLine))
         put("\n");
     else if (inLine_ && last_ != ' ' && !text.empty())
         put(" ");

@@ -19,8 +19,10 @@ class Transcript {
     void print(std::string_view text);
     // A line of its own.
     void line(std::string_view text);
-    // A line that was read, behind its prompt; `counted`: `stands` finds it.
-    void echo(std::string_view text, bool counted);
+    // A line that was read: behind its prompt, or where there is none a line of its own.
+    // `counted`: `stands` finds it.
+    enum class Place { behindPrompt, ownLine };
+    void echo(std::string_view text, Place place, bool counted = true);
     // Ends the last line.
     void finish();
 

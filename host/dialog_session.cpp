@@ -108,9 +108,10 @@ std::string plainLabel(std::string_view label) {
     }
     std::string out;
     for (const char c : rest) {
-        if (c == '&' || (c == ' ' && !out.empty() && out.back() == ' '))
+        const bool blank = c == ' ' || (c >= '\t' && c <= '\r');
+        if (c == '&' || (blank && !out.empty() && out.back() == ' '))
             continue;
-        out += c;
+        out += blank ? ' ' : c;
     }
     return base::lowered(out);
 }
@@ -199,9 +200,10 @@ void DialogSession::forgetTyped(const Control& control) {
 void DialogSession::storeText(Control& control, const std::string& text) {
     const std::string before = this->text(control);
     forgetTyped(control);
-    if (!control.store(text))
+    const bool stored = control.store(text).ok();
+    if (!stored)
         typed_.push_back({&control, text});
-    if (control.changed && this->text(control) != before)
+    if (stored && control.changed && this->text(control) != before)
         control.changed(*this, before);
     refresh();
 }

@@ -27,7 +27,7 @@ class ScriptRun {
     TemporaryFolder& folder() { return folder_; }
     // The current drawing; before the run an empty one, or the one opened.
     drawing::Database& drawing() { return runner_.session().workspace().database(); }
-    host::Host& host() { return runner_.session().host(); }
+    console::ConsoleHost& host() { return runner_.session().host(); }
     console::HostState& state() { return runner_.session().state(); }
     // --drawing: a file of the folder.
     void open(const std::string& file);
