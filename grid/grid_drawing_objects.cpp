@@ -230,8 +230,10 @@ std::size_t objectCount(const myGrid& grid, DrawMode mode) {
     if (mode.kind == DrawMode::Kind::preview && mode.number == 1)
         return static_cast<std::size_t>(grid.nX()) + static_cast<std::size_t>(grid.nY()) + 2;
     if (mode.kind == DrawMode::Kind::colourMap) {
-        if (mode.number == 5 || mode.number == 7)
-            return static_cast<std::size_t>(grid.bandCount());
+        if (mode.number == 5 || mode.number == 7) {
+            grid.bandColour(0); // makes the default table where there is none
+            return grid.colorBreaks().size();
+        }
         if (mode.number == 3)
             return columnRuns(grid, coloursByValue(grid)).size();
     }

@@ -41,6 +41,7 @@ class RecordingHost final : public host::Host,
     std::deque<std::string> files;                          // file dialogs; empty text: cancelled
     std::function<void(host::DialogSession&)> dialogScript; // what is done in a dialog
     host::ProgressView::Events events;                      // of the progress window's next pump
+    int breakAt = 0; // the user breaks at that poll; 0: never
 
     // --- what happened --------------------------------------------------------------------------
     std::string printed;
@@ -50,6 +51,9 @@ class RecordingHost final : public host::Host,
     std::vector<host::FileRequest> fileRequests;
     std::vector<std::string> captions;           // of the progress window
     std::map<std::string, std::string> settings; // "section/key"
+    std::vector<host::CellPatch> patches;        // cells shown as temporary graphics
+    std::size_t graphicsInView = 0;              // temporary graphics shown and not removed
+    std::vector<std::string> meterTexts;
     std::map<std::string, host::VariableValue, std::less<>> values;
     std::vector<host::CommandEntry> commandEntries;
     std::map<std::string, std::vector<host::MenuItem>> menus;
@@ -70,7 +74,7 @@ class RecordingHost final : public host::Host,
     host::MenuBar& menuBar() override { return *this; }
     host::DocumentSlot& documentSlot() override { return *this; }
     void print(std::string_view text) override { printed += text; }
-    bool userBreak() override { return false; }
+    bool userBreak() override { return breakAt > 0 && --breakAt == 0; }
     void openLink(const std::string& /*target*/) override {}
 
   private:
@@ -166,11 +170,18 @@ class RecordingHost final : public host::Host,
     }
 
     host::GraphicId showPolyline(const std::vector<host::Point2>&, bool, int) override {
+        return shown();
+    }
+    host::GraphicId showCells(host::CellPatch patch) override {
+        patches.push_back(std::move(patch));
+        return shown();
+    }
+    host::GraphicId showEntity(const host::Entity&) override { return shown(); }
+    host::GraphicId shown() {
+        ++graphicsInView;
         return {++graphicsShown};
     }
-    host::GraphicId showCells(host::CellPatch) override { return {++graphicsShown}; }
-    host::GraphicId showEntity(const host::Entity&) override { return {++graphicsShown}; }
-    void remove(host::GraphicId) override {}
+    void remove(host::GraphicId) override { --graphicsInView; }
     void highlight(const std::vector<host::EntityId>&, bool) override {}
     void redraw() override {}
 
@@ -227,7 +238,9 @@ class RecordingHost final : public host::Host,
         return data_.get();
     }
 
-    void begin(std::string_view /*text*/, long /*lower*/, long /*upper*/) override {}
+    void begin(std::string_view text, long /*lower*/, long /*upper*/) override {
+        meterTexts.emplace_back(text);
+    }
     void setPosition(long /*position*/) override {}
     void end() override {}
     bool cancelled() override { return false; }
