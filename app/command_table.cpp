@@ -3,6 +3,7 @@
 #include "app/about.h"
 #include "app/loaded_host.h"
 #include "app/tessaran_app.h"
+#include "factors/area_commands.h"
 #include "grid/base_grid_commands.h"
 #include "host/host.h"
 
@@ -21,7 +22,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_gridFromContour", commandHandler<notAvailableYet>},
     CommandRow{"zelk_gridFromPoint", commandHandler<notAvailableYet>},
     CommandRow{"zelk_geoFeatures", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_sFactorInArea", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_sFactorInArea", commandHandler<factors::zelk_sFactorInArea>},
     CommandRow{"zelk_topoStressModel", commandHandler<notAvailableYet>},
     CommandRow{"zelk_horizStress", commandHandler<notAvailableYet>},
     CommandRow{"zelk_topoGrid", commandHandler<notAvailableYet>},

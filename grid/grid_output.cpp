@@ -46,8 +46,8 @@ bool GridOutput::chooseFile(host::Host& host) {
     return chosen.has_value();
 }
 
-bool GridOutput::mayRebuild(host::Host& host) const {
-    if (!built_ || saved_)
+bool GridOutput::mayRebuild(host::Host& host, bool madeByHand) const {
+    if ((!built_ && !madeByHand) || saved_)
         return true;
     return host.dialogs().ask({"Modified Grid is not saved yet! continue to rebuild",
                                Buttons::okCancel, Question::Stake::guarded}) == Answer::ok;

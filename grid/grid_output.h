@@ -40,8 +40,8 @@ class GridOutput {
     void markChanged() { saved_ = false; } // by hand, after the build
     void markEmpty() { built_ = saved_ = false; }
 
-    // Before a rebuild: whether an unsaved grid may go.
-    bool mayRebuild(host::Host& host) const;
+    // Before a rebuild: whether an unsaved grid may go, built or (as the page tells) made by hand.
+    bool mayRebuild(host::Host& host, bool madeByHand = false) const;
     // Asks for a name when there is none, confirms, writes; whether the grid was written.
     bool save(host::Host& host, const std::string& what = "Grid value");
     // Before the dialog closes: an unsaved grid is offered to be saved. False keeps it open.

@@ -1,0 +1,75 @@
+#include "factors/cell_markers.h"
+
+#include "base/tolerance.h"
+
+namespace tessaran::factors {
+
+namespace {
+
+constexpr double kInnerOutline = 0.8; // of the cell's size
+constexpr std::size_t kMostSingleMarks = 20'000;
+
+} // namespace
+
+CellMarkers::CellMarkers(host::TemporaryGraphics& graphics, const grid::myGrid& grid)
+    : graphics_(graphics), grid_(grid) {
+    const std::size_t count =
+        static_cast<std::size_t>(grid.nX()) * static_cast<std::size_t>(grid.nY());
+    if (count > kMostSingleMarks)
+        patch_ = host::CellPatch{grid.origin().plan(),
+                                 grid.xStep().plan(),
+                                 grid.yStep().plan(),
+                                 grid.nX(),
+                                 grid.nY(),
+                                 true,
+                                 {}};
+    for (int j = 0; j < grid.nY(); ++j)
+        for (int i = 0; i < grid.nX(); ++i) {
+            if (patch_)
+                patch_->colours.push_back(static_cast<std::uint8_t>(colourOf({i, j})));
+            else
+                marks_.push_back(showCell({i, j}));
+        }
+    if (patch_)
+        marks_.push_back(graphics_.showCells(*patch_));
+}
+
+CellMarkers::~CellMarkers() {
+    for (const host::GraphicId mark : marks_)
+        graphics_.remove(mark);
+}
+
+std::size_t CellMarkers::at(grid::CellIndex cell) const {
+    return static_cast<std::size_t>(cell.row) * static_cast<std::size_t>(grid_.nX()) +
+           static_cast<std::size_t>(cell.column);
+}
+
+int CellMarkers::colourOf(grid::CellIndex cell) const {
+    return grid_.getValue(cell.column, cell.row) > base::kTolerance ? host::colour::kRed
+                                                                    : host::colour::kGreen;
+}
+
+// The four corners, and the same scaled about the centre, in one line.
+host::GraphicId CellMarkers::showCell(grid::CellIndex cell) {
+    const auto corners = *grid_.cellCorners(cell.column, cell.row);
+    const geometry::Point2 centre = grid_.cellCenter(cell.column, cell.row)->plan();
+    std::vector<geometry::Point2> line(corners.begin(), corners.end());
+    line.push_back(corners[0]);
+    for (int k = 0; k <= 4; ++k)
+        line.push_back(centre +
+                       kInnerOutline * (corners[static_cast<std::size_t>(k % 4)] - centre));
+    return graphics_.showPolyline(line, false, colourOf(cell));
+}
+
+void CellMarkers::update(grid::CellIndex cell) {
+    host::GraphicId& mark = patch_ ? marks_.front() : marks_[at(cell)];
+    graphics_.remove(mark);
+    if (patch_) {
+        patch_->colours[at(cell)] = static_cast<std::uint8_t>(colourOf(cell));
+        mark = graphics_.showCells(*patch_);
+    } else {
+        mark = showCell(cell);
+    }
+}
+
+} // namespace tessaran::factors
