@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <limits>
+#include <numeric>
 
 namespace tessaran::geometry {
 
@@ -110,9 +112,21 @@ class Tracer {
         result_.loops.push_back(loop);
     }
 
+    // By counting: a grid of noise has millions of loops.
     void orderByLabel() {
-        std::stable_sort(result_.loops.begin(), result_.loops.end(),
-                         [](const CellLoop& a, const CellLoop& b) { return a.label < b.label; });
+        constexpr int kLowest = std::numeric_limits<std::int16_t>::min();
+        constexpr std::size_t kLabels = 1U << 16;
+        const auto slot = [](const CellLoop& loop) {
+            return static_cast<std::size_t>(loop.label - kLowest);
+        };
+        std::vector<std::size_t> next(kLabels + 1, 0);
+        for (const CellLoop& loop : result_.loops)
+            ++next[slot(loop) + 1];
+        std::partial_sum(next.begin(), next.end(), next.begin());
+        std::vector<CellLoop> ordered(result_.loops.size());
+        for (const CellLoop& loop : result_.loops)
+            ordered[next[slot(loop)]++] = loop;
+        result_.loops = std::move(ordered);
     }
 
     const CellLabels& cells_;

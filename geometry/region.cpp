@@ -6,8 +6,8 @@
 
 #include <geos_c.h>
 
-#include <cstdarg>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -41,6 +41,9 @@ class Kernel {
     Geometry polygonsOf(const PlanarRegion& region);
     Geometry collection(std::vector<Geometry> parts, int type);
     Geometry unionOf(std::vector<Geometry> parts);
+    std::vector<std::size_t> groupsOf(const std::vector<Geometry>& parts);
+    void addPolygons(Geometry geometry, std::vector<Geometry>& polygons);
+    Box2 boxOf(const Geometry& geometry);
     Result<PlanarRegion> regionOf(const Geometry& geometry);
     GEOSContextHandle_t context() const { return context_; }
 
@@ -99,6 +102,21 @@ Geometry Kernel::collection(std::vector<Geometry> parts, int type) {
         GEOSGeom_createCollection_r(context_, type, raw.data(), static_cast<unsigned>(raw.size())));
 }
 
+// The smallest of the candidate shells around the hole; shells.size() for none. The only candidate
+// is taken unseen, as the caller checks what comes out.
+std::size_t shellAround(const Polygon& hole, std::span<const std::size_t> candidates,
+                        std::span<const Polygon* const> shells) {
+    if (candidates.size() == 1)
+        return candidates[0];
+    const Point2 inside = 0.5 * (hole[0] + hole[1]);
+    std::size_t best = shells.size();
+    for (const std::size_t k : candidates)
+        if (pointInPolygon(inside, *shells[k]) &&
+            (best == shells.size() || area(*shells[k]) < area(*shells[best])))
+            best = k;
+    return best;
+}
+
 // Loops that keep the convention: each clockwise one is a hole of the smallest counter-clockwise
 // one around it. What comes out is checked by the caller.
 Geometry Kernel::nested(const std::vector<Polygon>& loops) {
@@ -109,23 +127,18 @@ Geometry Kernel::nested(const std::vector<Polygon>& loops) {
         const bool outer = loops.size() == 1 || signedArea(loop) > 0.0;
         (outer ? shells : holes).push_back(&loop);
         if (outer)
-            boxes.push_back(boxOf(loop));
+            boxes.push_back(geometry::boxOf(loop));
     }
     if (shells.size() == 1)
         return polygon(*shells[0], holes);
     std::vector<std::vector<const Polygon*>> holesOf(shells.size());
     const BoxIndex index(holes.empty() ? std::vector<Box2>{} : boxes);
     for (const Polygon* hole : holes) {
-        const Point2 inside = 0.5 * ((*hole)[0] + (*hole)[1]);
-        const std::vector<std::size_t> around = index.query(boxOf(*hole));
-        std::size_t best = shells.size();
-        for (const std::size_t k : around)
-            if (pointInPolygon(inside, *shells[k]) &&
-                (best == shells.size() || area(*shells[k]) < area(*shells[best])))
-                best = k;
-        if (best == shells.size())
+        const std::vector<std::size_t> around = index.query(geometry::boxOf(*hole));
+        const std::size_t shell = shellAround(*hole, around, shells);
+        if (shell == shells.size())
             return take(nullptr);
-        holesOf[best].push_back(hole);
+        holesOf[shell].push_back(hole);
     }
     std::vector<Geometry> polygons;
     for (std::size_t k = 0; k < shells.size(); ++k)
@@ -169,16 +182,82 @@ Geometry Kernel::polygonsOf(const PlanarRegion& region) {
     return isValid(plain) ? std::move(plain) : madeValid(loops);
 }
 
+// Only what touches needs a union; the rest stands beside it. (A union of thousands of separate
+// polygons takes the library many times longer than finding out that they are.)
 Geometry Kernel::unionOf(std::vector<Geometry> parts) {
-    if (parts.empty())
-        return take(GEOSGeom_createEmptyPolygon_r(context_));
     if (parts.size() == 1)
         return std::move(parts[0]);
     for (const Geometry& part : parts)
         if (!part)
             return take(nullptr);
-    const Geometry all = collection(std::move(parts), GEOS_GEOMETRYCOLLECTION);
-    return all ? take(GEOSUnaryUnion_r(context_, all.get())) : take(nullptr);
+    const std::vector<std::size_t> groups = groupsOf(parts);
+    std::vector<std::vector<Geometry>> members(parts.size());
+    for (std::size_t k = 0; k < parts.size(); ++k)
+        members[groups[k]].push_back(std::move(parts[k]));
+    std::vector<Geometry> polygons;
+    for (std::vector<Geometry>& group : members) {
+        if (group.size() == 1) {
+            addPolygons(std::move(group[0]), polygons);
+        } else if (group.size() > 1) {
+            const Geometry all = collection(std::move(group), GEOS_GEOMETRYCOLLECTION);
+            Geometry united = take(all ? GEOSUnaryUnion_r(context_, all.get()) : nullptr);
+            if (!united)
+                return united;
+            addPolygons(std::move(united), polygons);
+        }
+    }
+    return collection(std::move(polygons), GEOS_MULTIPOLYGON);
+}
+
+// For each part the number of the group of parts that hang together with it.
+std::vector<std::size_t> Kernel::groupsOf(const std::vector<Geometry>& parts) {
+    std::vector<Box2> boxes;
+    for (const Geometry& part : parts)
+        boxes.push_back(boxOf(part));
+    const BoxIndex index(boxes);
+    std::vector<std::size_t> group(parts.size());
+    std::iota(group.begin(), group.end(), std::size_t{0});
+    const auto find = [&](std::size_t k) {
+        while (group[k] != k)
+            k = group[k] = group[group[k]];
+        return k;
+    };
+    for (std::size_t a = 0; a < parts.size(); ++a)
+        index.forEach(boxes[a], [&](std::size_t b) {
+            // What the library cannot tell (2) counts as touching.
+            if (b > a && find(a) != find(b) &&
+                GEOSIntersects_r(context_, parts[a].get(), parts[b].get()) != 0)
+                group[find(b)] = find(a);
+        });
+    for (std::size_t k = 0; k < parts.size(); ++k)
+        group[k] = find(k);
+    return group;
+}
+
+void Kernel::addPolygons(Geometry geometry, std::vector<Geometry>& polygons) {
+    if (GEOSisEmpty_r(context_, geometry.get()) != 0)
+        return;
+    if (GEOSGeomTypeId_r(context_, geometry.get()) == GEOS_POLYGON) {
+        polygons.push_back(std::move(geometry));
+        return;
+    }
+    const int count = GEOSGetNumGeometries_r(context_, geometry.get());
+    for (int k = 0; k < count; ++k) {
+        const GEOSGeometry* part = GEOSGetGeometryN_r(context_, geometry.get(), k);
+        if (GEOSGeomTypeId_r(context_, part) == GEOS_POLYGON)
+            polygons.push_back(take(GEOSGeom_clone_r(context_, part)));
+    }
+}
+
+Box2 Kernel::boxOf(const Geometry& geometry) {
+    Box2 box;
+    if (GEOSisEmpty_r(context_, geometry.get()) != 0)
+        return box;
+    GEOSGeom_getXMin_r(context_, geometry.get(), &box.low.x);
+    GEOSGeom_getYMin_r(context_, geometry.get(), &box.low.y);
+    GEOSGeom_getXMax_r(context_, geometry.get(), &box.high.x);
+    GEOSGeom_getYMax_r(context_, geometry.get(), &box.high.y);
+    return box;
 }
 
 Polygon Kernel::loopOf(const GEOSGeometry* ring, bool counterClockwise) {
