@@ -69,7 +69,7 @@ std::vector<Point2> distinctPlaces(std::vector<Meeting> meetings, double toleran
 
 } // namespace
 
-Curve::Curve(std::vector<CurveVertex> vertices, bool closed) : closed_(closed) {
+Curve::Curve(const std::vector<CurveVertex>& vertices, bool closed) : closed_(closed) {
     for (const CurveVertex& v : vertices) {
         if (!isUsableVertex(v))
             continue;
@@ -203,7 +203,7 @@ Curve Curve::reversed() const {
     const std::size_t n = vertices.size();
     for (std::size_t k = 0; k < n; ++k) // the segment after a vertex was the one before it
         vertices[k].bulge = -vertices_[(2 * n - 2 - k) % n].bulge;
-    return {std::move(vertices), closed_};
+    return {vertices, closed_};
 }
 
 std::vector<Point2> crossings(const Curve& a, const Curve& b) {
@@ -242,7 +242,7 @@ bool meets(const Curve& curve, std::span<const Point2> convexArea) {
     std::vector<CurveVertex> outline;
     for (const Point2 p : convexArea)
         outline.push_back({{p.x, p.y, 0.0}});
-    if (!crossings(curve, Curve(std::move(outline), true)).empty())
+    if (!crossings(curve, Curve(outline, true)).empty())
         return true;
     if (!curve.closed() || convexArea.empty())
         return false;

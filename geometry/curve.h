@@ -33,7 +33,7 @@ class Curve {
     Curve() = default;
     // Vertices with coordinates that are no usable numbers are left out, and so is a repeated
     // vertex; a last vertex equal to the first of a closed curve too.
-    Curve(std::vector<CurveVertex> vertices, bool closed);
+    Curve(const std::vector<CurveVertex>& vertices, bool closed);
 
     static Curve line(Point3 start, Point3 end);
     static Curve circle(Point3 centre, double radius); // counter-clockwise from angle 0

@@ -19,14 +19,14 @@ std::optional<Curve> curveOfGeometry(const Polyline& polyline) {
     std::vector<CurveVertex> vertices;
     for (const PolylineVertex& v : polyline.vertices)
         vertices.push_back({{v.at.x, v.at.y, polyline.elevation}, v.bulge});
-    return Curve(std::move(vertices), polyline.closed);
+    return Curve(vertices, polyline.closed);
 }
 
 std::optional<Curve> curveOfGeometry(const Polyline3d& polyline) {
     std::vector<CurveVertex> vertices;
     for (const Point3& p : polyline.vertices)
         vertices.push_back({p, 0.0});
-    return Curve(std::move(vertices), polyline.closed);
+    return Curve(vertices, polyline.closed);
 }
 
 std::optional<Curve> curveOfGeometry(const Circle& circle) {

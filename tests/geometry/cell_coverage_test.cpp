@@ -18,7 +18,7 @@ constexpr CellRange kLattice{0, kColumns, 0, kRows};
 using Shares = std::vector<double>;
 
 std::size_t cell(int i, int j) {
-    return static_cast<std::size_t>(i * kRows + j);
+    return static_cast<std::size_t>(i) * kRows + static_cast<std::size_t>(j);
 }
 
 // Adds up, so that a cell given twice would show.
