@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "grid/grid_drawing.h"
 #include "grid/grid_file.h"
 #include "grid/grid_output.h"
 #include "host/host.h"
@@ -252,12 +253,12 @@ void CGridTab::pickCellSize(DialogSession& session, std::string& width, const ch
 }
 
 void CGridTab::preview(DialogSession& session) {
-    myGrid grid;
     if (!check(session))
         return;
-    setupFromBaseGrid(worldTexts(session.host()), grid); // an undefined grid is told by the preview
+    myGrid grid; // the preview tells when it is not defined
+    static_cast<void>(setupFromBaseGrid(worldTexts(session.host()), grid));
     const DialogSession::Hidden hidden(session);
-    // PREVIEW
+    drawAfterBuild(session.host(), grid, kPreviewLines);
 }
 
 void CGridTab::saveDefinition(DialogSession& session) {

@@ -39,8 +39,10 @@ void GridOutput::describeDescription(host::PageBuilder& page, const std::string&
 }
 
 bool GridOutput::chooseFile(host::Host& host) {
-    const auto chosen = host::chooseFile(host, host::FileRequest::Mode::save, kGridExtension,
-                                         fileName_.empty() ? kUntitledGrid : fileName_);
+    const auto mode = host::FileRequest::Mode::save;
+    const auto chosen = fileName_.empty()
+                            ? host::chooseFile(host, mode, kGridExtension, kUntitledGrid)
+                            : host::chooseFileAt(host, mode, kGridExtension, fileName_);
     if (chosen)
         fileName_ = base::withEnding(*chosen, std::string(".") + kGridExtension);
     return chosen.has_value();

@@ -26,6 +26,13 @@ std::string folderOf(const std::string& file) {
     return error ? std::string{} : path.parent_path().string();
 }
 
+std::optional<std::string> ask(Host& host, const FileRequest& request) {
+    std::optional<std::string> chosen = host.dialogs().chooseFile(request);
+    if (chosen)
+        host.memory().fileFolder = folderOf(*chosen);
+    return chosen;
+}
+
 } // namespace
 
 YesNo askYesNo(Host& host, const std::string& text, YesNo byDefault) {
@@ -64,12 +71,13 @@ std::string fileFilter(const std::string& extension) {
 std::optional<std::string> chooseFile(Host& host, FileRequest::Mode mode,
                                       const std::string& extension, const std::string& proposed,
                                       const std::string& title) {
-    const FileRequest request{
-        mode, title, extension, fileFilter(extension), proposed, startFolder(host)};
-    std::optional<std::string> chosen = host.dialogs().chooseFile(request);
-    if (chosen)
-        host.memory().fileFolder = folderOf(*chosen);
-    return chosen;
+    return ask(host, {mode, title, extension, fileFilter(extension), proposed, startFolder(host)});
+}
+
+std::optional<std::string> chooseFileAt(Host& host, FileRequest::Mode mode,
+                                        const std::string& extension, const std::string& path,
+                                        const std::string& title) {
+    return ask(host, {mode, title, extension, fileFilter(extension), path, {}});
 }
 
 } // namespace tessaran::host
