@@ -6,6 +6,8 @@
 #include "factors/area_commands.h"
 #include "grid/base_grid_commands.h"
 #include "host/host.h"
+#include "index/composite_commands.h"
+#include "index/factor_commands.h"
 
 #include <array>
 
@@ -29,8 +31,8 @@ constexpr std::array kCommands{
     CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_plekton", commandHandler<notAvailableYet>},
     CommandRow{"zelk_convPlekGrid", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_genFactor", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_StabilityIndex", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_genFactor", commandHandler<index::zelk_genFactor>},
+    CommandRow{"zelk_StabilityIndex", commandHandler<index::zelk_StabilityIndex>},
     CommandRow{"zelk_indexMapping", commandHandler<notAvailableYet>},
     CommandRow{"zelk_gridUtility", commandHandler<notAvailableYet>},
     CommandRow{"zelk_createPolylineFromObjects", commandHandler<notAvailableYet>},
