@@ -1,7 +1,7 @@
 #include "console/session.h"
 
-#include "app/arx_framework.h"
 #include "app/entry_point.h"
+#include "app/messages.h"
 #include "console/plain_commands.h"
 
 namespace tessaran::console {
