@@ -366,7 +366,9 @@ class RegionWriter {
     std::vector<std::string> write(const Region& region);
 
   private:
-    static std::string pointer(long index) { return "$" + std::to_string(index); }
+    static std::string pointer(long index) {
+        return std::string("$").append(std::to_string(index));
+    }
     void add(const std::string& name, const std::string& data) {
         // attributes none, id -1, pattern none
         lines_.push_back(name + " $-1 -1 $-1 " + data + " #");

@@ -1,6 +1,8 @@
 #include "drawing/loops.h"
 
 #include "base/tolerance.h"
+#include "geometry/curve.h"
+#include "geometry/polygon.h"
 
 #include <algorithm>
 #include <cmath>
@@ -31,43 +33,6 @@ int chordCount(double sweep) {
     return std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / kStep)));
 }
 
-// The centre of the arc from a to b with the bulge; its radius is the distance to a.
-Point2 arcCentre(Point2 a, Point2 b, double bulge) {
-    const double offset = (1.0 - bulge * bulge) / (4.0 * bulge);
-    const Vector2 chord = b - a;
-    return {0.5 * (a.x + b.x) - offset * chord.y, 0.5 * (a.y + b.y) + offset * chord.x};
-}
-
-void appendSegment(std::vector<Point2>& out, const Loop::Vertex& from, Point2 to) {
-    out.push_back(from.at);
-    if (from.bulge == 0.0 || from.at == to) // exact: no arc
-        return;
-    const Point2 centre = arcCentre(from.at, to, from.bulge);
-    const double sweep = 4.0 * std::atan(from.bulge);
-    const int chords = chordCount(sweep);
-    for (int i = 1; i < chords; ++i)
-        out.push_back(geometry::rotated(from.at, centre, sweep * i / chords));
-}
-
-double shoelace(const std::vector<Point2>& points) {
-    double twice = 0.0;
-    const Point2 origin = points.empty() ? Point2{} : points.front();
-    for (std::size_t i = 0; i < points.size(); ++i)
-        twice += geometry::cross(points[i] - origin, points[(i + 1) % points.size()] - origin);
-    return 0.5 * twice;
-}
-
-bool inside(Point2 p, const std::vector<Point2>& polygon) {
-    bool in = false;
-    for (std::size_t i = 0, j = polygon.size() - 1; i < polygon.size(); j = i++) {
-        const Point2 a = polygon[i];
-        const Point2 b = polygon[j];
-        if ((a.y > p.y) != (b.y > p.y) && p.x < (b.x - a.x) * (p.y - a.y) / (b.y - a.y) + a.x)
-            in = !in;
-    }
-    return in;
-}
-
 struct Outline {
     std::vector<Point2> points;
     Box2 box;
@@ -85,7 +50,8 @@ bool liesIn(const Outline& inner, const Outline& outer) {
     int in = 0;
     int all = 0;
     for (std::size_t i = 0; i < n; i += step, ++all)
-        if (inside(0.5 * (inner.points[i] + inner.points[(i + 1) % n]), outer.points))
+        if (geometry::pointInPolygon(0.5 * (inner.points[i] + inner.points[(i + 1) % n]),
+                                     outer.points))
             ++in;
     return 2 * in > all;
 }
@@ -97,15 +63,11 @@ Loop directed(const Loop& loop, double area, bool counterClockwise) {
 } // namespace
 
 std::vector<Point2> flattened(const Loop& loop) {
-    std::vector<Point2> out;
-    const std::size_t n = loop.vertices.size();
-    for (std::size_t i = 0; i < n; ++i)
-        appendSegment(out, loop.vertices[i], loop.vertices[(i + 1) % n].at);
-    return out;
-}
-
-double signedArea(const Loop& loop) {
-    return shoelace(flattened(loop));
+    std::vector<geometry::CurveVertex> vertices;
+    vertices.reserve(loop.vertices.size());
+    for (const Loop::Vertex& vertex : loop.vertices)
+        vertices.push_back({{vertex.at.x, vertex.at.y, 0.0}, vertex.bulge});
+    return geometry::Curve(std::move(vertices), true).flattenedByShare(base::kArcSag);
 }
 
 Loop reversed(const Loop& loop) {
@@ -194,7 +156,7 @@ std::vector<LoopFace> facesOf(const std::vector<Loop>& loops) {
         outlines[i].points = flattened(loops[i]);
         for (const Point2 p : outlines[i].points)
             outlines[i].box.add(p);
-        outlines[i].area = shoelace(outlines[i].points);
+        outlines[i].area = geometry::signedArea(outlines[i].points);
         outlines[i].parent = i;
     }
     const auto size = [&](std::size_t i) { return std::abs(outlines[i].area); };
