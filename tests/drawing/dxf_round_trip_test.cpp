@@ -312,7 +312,8 @@ TEST_P(RoundTrip, EveryKindOfChangeIsAcceptedByOtherPrograms) {
 
 INSTANTIATE_TEST_SUITE_P(
     Releases, RoundTrip,
-    testing::Values(Source{"R2000", "R2000", ""}, Source{"R2000crlf", "R2000", "--crlf"},
+    testing::Values(Source{"R12", "R12", ""}, Source{"R12binary", "R12", "--binary"},
+                    Source{"R2000", "R2000", ""}, Source{"R2000crlf", "R2000", "--crlf"},
                     Source{"R2000binary", "R2000", "--binary"}, Source{"R2004", "R2004", ""},
                     Source{"R2007", "R2007", ""}, Source{"R2010", "R2010", ""},
                     Source{"R2010binary", "R2010", "--binary"}, Source{"R2013", "R2013", ""},
