@@ -7,6 +7,7 @@
 #include "drawing/dxf_load.h"
 #include "drawing/dxf_save.h"
 #include "support/other_programs.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -2,23 +2,9 @@
 
 #include <array>
 #include <cstdio>
-#include <cstdlib>
-#include <stdexcept>
 #include <sys/wait.h>
 
 namespace tessaran::test {
-
-TemporaryFolder::TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "tessaran-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
-        throw std::runtime_error("no temporary folder");
-    path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-    std::error_code code;
-    std::filesystem::remove_all(path_, code);
-}
 
 ProgramResult runScript(const std::string& script, const std::string& arguments) {
     const std::string command = "/usr/bin/python3 '" + script + "' " + arguments + " 2>&1";
