@@ -9,8 +9,6 @@
 namespace tessaran::grid {
 namespace {
 
-using base::Error;
-using base::ErrorKind;
 using base::Result;
 
 constexpr std::string_view kCannotRead = "File could not be opened: ";

@@ -14,7 +14,6 @@
 namespace tessaran::grid {
 namespace {
 
-using base::Error;
 using base::Progress;
 using base::Result;
 

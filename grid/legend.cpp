@@ -13,7 +13,6 @@ namespace {
 
 using geometry::Box2;
 using geometry::Point2;
-using geometry::Point3;
 using host::Entity;
 using host::EntityId;
 using host::Host;
