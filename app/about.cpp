@@ -11,7 +11,7 @@ class AboutPage final : public host::DialogPage {
     void describe(host::PageBuilder& page) override {
         page.information("", [] { return std::string("Intergrated Tessaran System"); });
         page.information("Version", [] { return std::string(TESSARAN_VERSION); });
-        page.group("Contacts:");
+        page.information("", [] { return std::string("Contacts:"); });
         page.link("Web Page", "https://tessaran.example/");
         page.link("Support", "mailto:support@tessaran.example");
         page.link("Developers", "mailto:developers@tessaran.example");
