@@ -37,7 +37,11 @@ const Line* Conversation::next(const Waiting& waiting) {
 bool Conversation::fill(const Waiting& waiting) {
     if (next_)
         return true;
-    std::optional<std::string> raw = source_.read(waiting.prompt);
+    if (interactive()) {
+        transcript_.print(prompt_);
+        prompt_.clear();
+    }
+    std::optional<std::string> raw = source_.read(waiting.text);
     if (!raw) {
         ended_ = true;
         return false;

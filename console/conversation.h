@@ -67,7 +67,10 @@ class Conversation {
     // --- dialogs
     void push(host::DialogSession& session) { sessions_.push_back(&session); }
     void pop() { sessions_.pop_back(); }
-    bool inDialog() const { return !sessions_.empty(); }
+    // The one in front; null when none is showing.
+    const host::DialogSession* dialog() const {
+        return sessions_.empty() ? nullptr : sessions_.back();
+    }
 
     // --- the user break
     // One poll of the user break or of a Cancel button.

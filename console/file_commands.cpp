@@ -10,19 +10,25 @@ namespace tessaran::console {
 namespace {
 
 // A drawing's file: typed, or chosen in the file dialog where Enter is the answer.
-std::optional<std::string> askDrawingFile(ConsoleHost& host, const std::string& message,
+struct DrawingFile {
+    std::string path;
+    bool chosen = false; // the file dialog has asked whether to replace it
+};
+
+std::optional<DrawingFile> askDrawingFile(ConsoleHost& host, const std::string& message,
                                           host::FileRequest::Mode mode) {
     const auto typed = host.prompts().getString(message, true);
     if (typed.status == host::PromptStatus::cancel)
         return std::nullopt;
     if (typed.ok() && !typed.value.empty())
-        return typed.value;
+        return DrawingFile{typed.value};
     host::FileRequest request;
     request.mode = mode;
     request.title = mode == host::FileRequest::Mode::open ? "Open Drawing" : "Save Drawing As";
     request.extension = "dxf";
     request.filter = "Drawings (*.dxf)|*.dxf|All files(*.*)|*.*||";
-    return host.dialogs().chooseFile(request);
+    const auto chosen = host.dialogs().chooseFile(request);
+    return chosen ? std::optional(DrawingFile{*chosen, true}) : std::nullopt;
 }
 
 bool agreesTo(ConsoleHost& host, const std::string& question) {
@@ -39,10 +45,13 @@ bool mayDiscard(ConsoleHost& host, const Document& document) {
 void save(ConsoleHost& host, const std::filesystem::path& path) {
     Workspace& workspace = host.workspace();
     const bool moved = workspace.database().path() != path;
-    if (const auto saved = saveDrawing(workspace.database(), path); !saved) {
+    const auto saved = saveDrawing(workspace.database(), path);
+    if (!saved) {
         host.frontEnd().refused(saved.error().message());
         return;
     }
+    if (!saved->upgraded.empty())
+        host.print("\n" + saved->upgraded);
     if (moved)
         workspace.rename();
     host.print(fmt::format("\nSaved {}", path.string()));
@@ -59,12 +68,14 @@ void openCommand(ConsoleHost& host) {
         askDrawingFile(host, "\nEnter name of drawing to open:", host::FileRequest::Mode::open);
     if (!file)
         return;
-    auto database = openDrawing(*file);
-    if (!database) {
-        host.frontEnd().refused(database.error().message());
+    auto opened = openDrawing(file->path, host.meter());
+    if (!opened) {
+        host.frontEnd().refused(opened.error().message());
         return;
     }
-    const Document& document = host.workspace().add(std::move(*database));
+    if (const std::string told = describe(opened->report); !told.empty())
+        host.print("\n" + told);
+    const Document& document = host.workspace().add(std::move(opened->database));
     host.print(
         fmt::format("\nOpened {}: {} objects", document.name, document.database->entityCount()));
 }
@@ -81,11 +92,12 @@ void saveAsCommand(ConsoleHost& host) {
     const auto file = askDrawingFile(host, "\nSave drawing as:", host::FileRequest::Mode::save);
     if (!file)
         return;
-    const std::filesystem::path path = base::withEnding(*file, ".dxf");
+    const std::filesystem::path path = base::withEnding(file->path, ".dxf");
     std::error_code ignored;
     const bool own = std::filesystem::equivalent(path, host.workspace().database().path(), ignored);
-    if (!own && std::filesystem::exists(path, ignored) &&
-        !agreesTo(host, fmt::format("{} already exists.\nDo you want to replace it?", *file)))
+    if (!file->chosen && !own && std::filesystem::exists(path, ignored) &&
+        !agreesTo(host,
+                  fmt::format("{} already exists.\nDo you want to replace it?", path.string())))
         return;
     save(host, path);
 }

@@ -41,6 +41,11 @@ std::string completed(const FileRequest& request, const std::string& typed) {
 
 } // namespace
 
+// Boxes and dialogs have no prompt; a person who types sees one all the same.
+std::string LineDialogs::typedPrompt(const std::string& name) const {
+    return conversation_.interactive() ? "\n" + name + "> " : std::string{};
+}
+
 void LineDialogs::message(const std::string& text) {
     conversation_.transcript().line("(message) " + text);
 }
@@ -49,10 +54,10 @@ void LineDialogs::message(const std::string& text) {
 std::optional<Answer> LineDialogs::answered(const Question& question) {
     const std::string waiting = "(question) " + question.text;
     if (conversation_.interactive())
-        conversation_.transcript().line(
-            fmt::format("{} [{}]", waiting, buttonNames(question.buttons)));
+        conversation_.transcript().line(waiting);
     for (;;) {
-        const Line* line = conversation_.next({waiting, {}});
+        const Line* line =
+            conversation_.next({waiting, typedPrompt(buttonNames(question.buttons))});
         if (line == nullptr)
             return cancelAnswer(question.buttons);
         if (line->kind == Line::Kind::escape) {
@@ -98,7 +103,7 @@ std::optional<std::string> LineDialogs::chosen(const FileRequest& request) {
         conversation_.transcript().line(waiting);
     bool proposalRefused = proposal.empty();
     for (;;) {
-        const Line* line = conversation_.next({waiting, {}});
+        const Line* line = conversation_.next({waiting, typedPrompt("File")});
         if (line == nullptr)
             return std::nullopt;
         bool again = false;
@@ -161,7 +166,7 @@ bool LineDialogs::run(DialogSession& session) {
 }
 
 void LineDialogs::useLine(DialogSession& session, const std::string& waiting) {
-    if (conversation_.next({waiting, {}}) == nullptr)
+    if (conversation_.next({waiting, typedPrompt(waiting)}) == nullptr)
         return;
     const Line line = conversation_.take();
     switch (line.kind) {

@@ -17,6 +17,7 @@ class LineDialogs final : public host::Dialogs {
     bool run(host::DialogSession& session) override;
 
   private:
+    std::string typedPrompt(const std::string& name) const;
     std::optional<host::Answer> answered(const host::Question& question);
     std::optional<std::string> chosen(const host::FileRequest& request);
     std::optional<std::string> fromLine(const host::FileRequest& request, bool& again);

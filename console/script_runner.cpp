@@ -5,10 +5,13 @@
 namespace tessaran::console {
 
 ScriptOutcome ScriptRunner::open(const std::filesystem::path& drawing) {
-    auto database = openDrawing(drawing);
-    if (!database)
-        return {ScriptOutcome::kUnusable, database.error().message()};
-    session_.workspace().add(std::move(*database));
+    auto opened = openDrawing(drawing, session_.host().meter());
+    if (!opened)
+        return {ScriptOutcome::kUnusable, opened.error().message()};
+    const std::string told = describe(opened->report);
+    if (!told.empty())
+        transcript_.print("\n" + told);
+    session_.workspace().add(std::move(opened->database));
     return {};
 }
 
@@ -22,8 +25,9 @@ ScriptOutcome ScriptRunner::run(const std::string& name, const std::string& text
     if (!save)
         return {};
     const auto saved = saveDrawing(session_.workspace().database(), *save);
-    return saved ? ScriptOutcome{}
-                 : ScriptOutcome{ScriptOutcome::kLineError, saved.error().message()};
+    if (!saved)
+        return {ScriptOutcome::kLineError, saved.error().message()};
+    return {};
 }
 
 } // namespace tessaran::console

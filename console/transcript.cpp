@@ -2,11 +2,12 @@
 
 namespace tessaran::console {
 
-void Transcript::put(std::string_view text, bool counted) {
+void Transcript::put(std::string_view text, bool counted, bool isEcho) {
     if (text.empty())
         return;
-    for (const Sink& sink : sinks_)
-        sink(text);
+    for (const Listener& listener : sinks_)
+        if (!isEcho || listener.echo == Echo::shown)
+            listener.sink(text);
     if (counted)
         sinceCommand_ += text;
     last_ = text.back();
@@ -37,8 +38,8 @@ void Transcript::echo(std::string_view text, Place place, bool counted) {
     if (inLine_ && (lineEnded_ || place == Place::ownLine))
         put("\n");
     else if (inLine_ && last_ != ' ' && !text.empty())
-        put(" ");
-    put(text, counted);
+        put(" ", counted, true);
+    put(text, counted, true);
     lineEnded_ = true;
 }
 

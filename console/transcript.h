@@ -13,7 +13,9 @@ namespace tessaran::console {
 class Transcript {
   public:
     using Sink = std::function<void(std::string_view)>;
-    void addSink(Sink sink) { sinks_.push_back(std::move(sink)); }
+    // A terminal shows what is typed itself: its sink gets no echo.
+    enum class Echo { shown, hidden };
+    void addSink(Sink sink, Echo echo = Echo::shown) { sinks_.push_back({std::move(sink), echo}); }
 
     // Command-line output, which carries its own leading line breaks.
     void print(std::string_view text);
@@ -32,9 +34,13 @@ class Transcript {
     }
 
   private:
-    void put(std::string_view text, bool counted = true);
+    void put(std::string_view text, bool counted = true, bool isEcho = false);
 
-    std::vector<Sink> sinks_;
+    struct Listener {
+        Sink sink;
+        Echo echo;
+    };
+    std::vector<Listener> sinks_;
     std::string sinceCommand_;
     bool inLine_ = false;    // something stands in the last line
     bool lineEnded_ = false; // nothing may follow in the last line
