@@ -8,6 +8,7 @@
 #include "host/host.h"
 #include "index/composite_commands.h"
 #include "index/factor_commands.h"
+#include "index/mapping_commands.h"
 
 #include <array>
 
@@ -33,7 +34,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_convPlekGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_genFactor", commandHandler<index::zelk_genFactor>},
     CommandRow{"zelk_StabilityIndex", commandHandler<index::zelk_StabilityIndex>},
-    CommandRow{"zelk_indexMapping", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_indexMapping", commandHandler<index::zelk_indexMapping>},
     CommandRow{"zelk_gridUtility", commandHandler<notAvailableYet>},
     CommandRow{"zelk_createPolylineFromObjects", commandHandler<notAvailableYet>},
     CommandRow{"zelk_joinPolylines", commandHandler<notAvailableYet>},

@@ -61,7 +61,8 @@ std::optional<Point3> pickPoint(Host& host, const std::string& message) {
 
 bool waitForEnter(Host& host, const std::string& message) {
     host.graphics().redraw();
-    return host.prompts().getString(message, true).status != PromptStatus::cancel;
+    const auto answer = host.prompts().getString(message, true);
+    return answer.status != PromptStatus::cancel && answer.value.empty();
 }
 
 std::string fileFilter(const std::string& extension) {
