@@ -1,5 +1,6 @@
 #include "cli/options.h"
 #include "cli/subcommands.h"
+#include "console/autosaves.h"
 #include "console/drawing_files.h"
 #include "console/profile_file.h"
 #include "console/session.h"
@@ -80,6 +81,8 @@ int runConsole(const ConsoleOptions& options) {
     if (!options.drawing.empty())
         if (const int status = openFirst(session, transcript, options.drawing); status != kDone)
             return status;
+    console::Autosaves autosaves(console::configurationFolder());
+    session.interpreter().setIdle([&] { autosaves.offer(session.workspace()); });
     session.interpreter().run();
     transcript.finish();
     return kDone;

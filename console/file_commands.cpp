@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "console/drawing_files.h"
 #include "console/plain_commands.h"
+#include "drawing/autosave.h"
 
 #include <fmt/format.h>
 
@@ -76,6 +77,8 @@ void openCommand(ConsoleHost& host) {
     if (const std::string told = describe(opened->report); !told.empty())
         host.print("\n" + told);
     const Document& document = host.workspace().add(std::move(opened->database));
+    if (const auto copy = drawing::leftBehind(document.database->path()))
+        host.print(fmt::format("\nAn autosaved copy from before is there: {}", copy->string()));
     host.print(
         fmt::format("\nOpened {}: {} objects", document.name, document.database->entityCount()));
 }

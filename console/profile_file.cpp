@@ -69,10 +69,13 @@ ProfileFile::ProfileFile(std::filesystem::path path) : path_(std::move(path)) {
 void ProfileFile::parse(std::string_view text) {
     std::string section;
     for (const std::string& line : base::split(text, '\n')) {
-        const std::string_view entry = base::trimmed(line);
+        // Blanks at a value's end belong to it; a line break of two characters ends as one.
+        const std::string_view entry =
+            std::string_view(line).substr(0, line.size() - (line.ends_with('\r') ? 1 : 0));
+        const std::string_view head = base::trimmed(entry);
         const std::size_t equals = entry.find('=');
-        if (entry.starts_with('[') && entry.ends_with(']'))
-            section = entry.substr(1, entry.size() - 2);
+        if (head.starts_with('[') && head.ends_with(']'))
+            section = head.substr(1, head.size() - 2);
         else if (equals != std::string_view::npos)
             entries_[{section, std::string(base::trimmed(entry.substr(0, equals)))}] =
                 unescaped(entry.substr(equals + 1));

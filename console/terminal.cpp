@@ -136,6 +136,8 @@ bool Terminal::interrupted() {
 std::optional<std::string> Terminal::read(const std::string& prompt) {
     State& state = *state_;
     state.waiting = prompt;
+    if (!state.unfinished.empty() && !state.unfinished.ends_with(' '))
+        state.unfinished += ' ';
     interrupted();
     if (state.edit == nullptr) {
         fmt::print("{}", state.unfinished);

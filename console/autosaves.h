@@ -1,0 +1,29 @@
+#pragma once
+
+// The autosaved copies of all open drawings.
+
+#include "console/workspace.h"
+#include "drawing/autosave.h"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+
+namespace tessaran::console {
+
+class Autosaves {
+  public:
+    // Drawings without a file are kept in `folder`; empty: they are not.
+    explicit Autosaves(std::filesystem::path folder) : folder_(std::move(folder)) {}
+
+    // Between commands: copies what has changed, forgets what was closed.
+    void offer(const Workspace& workspace);
+
+  private:
+    std::filesystem::path copyOf(const Document& document) const;
+
+    std::filesystem::path folder_;
+    std::map<const drawing::Database*, std::unique_ptr<drawing::Autosave>> copies_;
+};
+
+} // namespace tessaran::console
