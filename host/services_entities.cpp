@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tessaran::host {
 namespace {
@@ -65,7 +66,7 @@ std::optional<std::vector<Loop>> chained(std::vector<Curve> open) {
             open.erase(next);
         }
         chain.pop_back();
-        loops.push_back(loopOf(Curve(std::move(chain), true)));
+        loops.push_back(loopOf(Curve(chain, true)));
     }
     return loops;
 }
@@ -195,7 +196,7 @@ void listVertices(Host& host, EntityId polyline) {
 }
 
 int luminance(int red, int green, int blue) {
-    return static_cast<int>(0.3 * red + 0.59 * green + 0.11 * blue + 0.5);
+    return static_cast<int>(std::lround(0.3 * red + 0.59 * green + 0.11 * blue));
 }
 
 } // namespace tessaran::host
