@@ -420,9 +420,9 @@ void EntityEncoder::writeVertices(TagWriter& writer, const EntityRecord& record,
 
 // --- changed entities ---------------------------------------------------------------------------
 
-// Equal geometries give equal bytes.
+// Equal geometries give equal bytes. In binary: numbers need not become text for it.
 std::string EntityEncoder::fingerprint(const host::EntityGeometry& geometry) {
-    TagWriter writer(file_.format);
+    TagWriter writer(Format{Format::Layout::binary16, {}});
     writeClass(writer, geometry, Kept{});
     if (const auto* plane = std::get_if<host::Polyline>(&geometry))
         for (const host::PolylineVertex& v : plane->vertices)

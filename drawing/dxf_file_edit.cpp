@@ -87,7 +87,9 @@ void FileEdit::appendToTable(const Table& table, const std::string& bytes) {
     replace(table.head, head.take());
 }
 
-void FileEdit::write(const Sink& sink, const EntityBytes& entityBytes) const {
+void FileEdit::write(const Sink& sink, const EntityBytes& entityBytes,
+                     const NewEntities& newEntities) const {
+    const std::optional<std::size_t> entitiesEnd = sectionEnd("ENTITIES");
     std::size_t from = 0; // bytes from here on are to be copied
     std::size_t to = 0;
     const auto flush = [&] {
@@ -103,6 +105,10 @@ void FileEdit::write(const Sink& sink, const EntityBytes& entityBytes) const {
         const SourceRecord& record = file_.records[i];
         if (const auto added = inserted_.find(i); added != inserted_.end())
             put(added->second, record.begin);
+        if (i == entitiesEnd) {
+            put({}, record.begin);
+            newEntities(sink);
+        }
         std::optional<std::string_view> bytes;
         if (const auto known = replaced_.find(i); known != replaced_.end())
             bytes = known->second;

@@ -51,11 +51,14 @@ class FileEdit {
     void appendToTable(const Table& table, const std::string& bytes);
     void insertBefore(std::size_t record, const std::string& bytes) { inserted_[record] += bytes; }
 
-    // Calls the sink with the whole file. Records of entities are asked for: nothing leaves them as
-    // they are.
+    // Calls the sink with the whole file, piece by piece: a drawing may be too large to be put
+    // together in memory. Records of entities are asked for (nothing leaves them as they are), and
+    // so are the new ones at the end of their section.
     using Sink = std::function<void(std::string_view)>;
     using EntityBytes = std::function<std::optional<std::string_view>(const SourceRecord&)>;
-    void write(const Sink& sink, const EntityBytes& entityBytes) const;
+    using NewEntities = std::function<void(const Sink&)>;
+    void write(const Sink& sink, const EntityBytes& entityBytes,
+               const NewEntities& newEntities) const;
 
   private:
     const SourceFile& file_;

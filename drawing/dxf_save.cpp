@@ -255,7 +255,7 @@ class Saver {
     Saver(const Database& database, const SourceFile& file)
         : database_(database), file_(file), edit_(file), handles_{database.nextHandle()},
           objects_(edit_, handles_, database), tables_(edit_, handles_),
-          encoder_(file, handles_, modelSpaceOf(edit_)) {}
+          encoder_(file, handles_, modelSpaceOf(edit_)), writer_(file.format) {}
 
     base::Result<SaveReport> run(const FileEdit::Sink& sink);
 
@@ -265,7 +265,7 @@ class Saver {
     void findChanged();
     std::uint64_t handlesNeeded(const EntityRecord& record) const;
     std::vector<std::string> applications() const;
-    std::string newEntities();
+    void writeNewEntities(const FileEdit::Sink& sink);
     std::optional<std::string_view> entityBytes(const SourceRecord& record);
     bool isChanged(const EntityRecord& record) const;
     const dxf::ReactorEdit& reactorsOf(const EntityRecord& record) const;
@@ -283,7 +283,7 @@ class Saver {
     bool entitiesChanged_ = false;
     bool regionsAsLoops_ = false;
     std::vector<Tag> tags_;
-    std::string bytes_;
+    TagWriter writer_; // of the entity being written
     SaveReport report_;
 };
 
@@ -362,31 +362,29 @@ base::Result<SaveReport> Saver::run(const FileEdit::Sink& sink) {
         std::max(handles_.next, file_.largestHandle + 1) + handlesForEntities_;
     HeaderEditor(edit_, database_)
         .run(changed ? seed : 0, entitiesChanged_ ? database_.extents() : host::Box2{});
-    const std::optional<std::size_t> end = edit_.sectionEnd("ENTITIES");
-    if (const std::string added = newEntities(); !added.empty()) {
-        if (!end)
-            return base::stateError("the drawing file has no section for entities");
-        edit_.insertBefore(*end, added);
-    }
+    if (!edit_.sectionEnd("ENTITIES"))
+        return base::stateError("the drawing file has no section for entities");
     const FileEdit::Sink counting = [&](std::string_view bytes) {
         report_.bytes += bytes.size();
         sink(bytes);
     };
-    edit_.write(counting, [&](const SourceRecord& record) { return entityBytes(record); });
+    edit_.write(
+        counting, [&](const SourceRecord& record) { return entityBytes(record); },
+        [&](const FileEdit::Sink& out) { writeNewEntities(out); });
     report_.version = file_.version;
     report_.upgraded = file_.upgraded;
     return report_;
 }
 
-std::string Saver::newEntities() {
-    TagWriter writer(file_.format);
+void Saver::writeNewEntities(const FileEdit::Sink& sink) {
     database_.forEachEntity([&](const EntityRecord& record) {
         if (record.source)
             return;
-        encoder_.write(writer, record, reactorsOf(record));
+        writer_.clear();
+        encoder_.write(writer_, record, reactorsOf(record));
+        sink(writer_.bytes());
         ++report_.rewritten;
     });
-    return writer.take();
 }
 
 std::optional<std::string_view> Saver::entityBytes(const SourceRecord& record) {
@@ -398,11 +396,10 @@ std::optional<std::string_view> Saver::entityBytes(const SourceRecord& record) {
     if (record.foreign) // written anew with the region's first loop
         return std::string_view{};
     file_.readTags(record, tags_);
-    TagWriter writer(file_.format);
-    encoder_.rewrite(writer, tags_, *entity, reactorsOf(*entity));
+    writer_.clear();
+    encoder_.rewrite(writer_, tags_, *entity, reactorsOf(*entity));
     ++report_.rewritten;
-    bytes_ = writer.take();
-    return bytes_;
+    return writer_.bytes();
 }
 
 } // namespace

@@ -103,13 +103,17 @@ Format detectFormat(std::string_view bytes) {
     return format;
 }
 
-ValueKind valueKind(int code) {
+namespace {
+
+constexpr int kCodes = 1072;
+
+constexpr std::array<ValueKind, kCodes> valueKinds() {
     struct Range {
         int first;
         int last;
         ValueKind kind;
     };
-    static constexpr std::array kRanges{
+    constexpr std::array kRanges{
         Range{10, 59, ValueKind::real},      Range{60, 79, ValueKind::int16},
         Range{90, 99, ValueKind::int32},     Range{110, 149, ValueKind::real},
         Range{160, 169, ValueKind::int64},   Range{170, 179, ValueKind::int16},
@@ -121,10 +125,18 @@ ValueKind valueKind(int code) {
         Range{1010, 1059, ValueKind::real},  Range{1060, 1070, ValueKind::int16},
         Range{1071, 1071, ValueKind::int32},
     };
+    std::array<ValueKind, kCodes> kinds{}; // the rest are texts
     for (const Range& range : kRanges)
-        if (code >= range.first && code <= range.last)
-            return range.kind;
-    return ValueKind::text;
+        for (int code = range.first; code <= range.last; ++code)
+            kinds[static_cast<std::size_t>(code)] = range.kind;
+    return kinds;
+}
+
+} // namespace
+
+ValueKind valueKind(int code) {
+    static constexpr std::array<ValueKind, kCodes> kKinds = valueKinds();
+    return code >= 0 && code < kCodes ? kKinds[static_cast<std::size_t>(code)] : ValueKind::text;
 }
 
 // --- reading ------------------------------------------------------------------------------------
