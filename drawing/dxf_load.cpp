@@ -422,6 +422,24 @@ void Loader::loadGroups(std::span<const dxf::DictionaryItem> items) {
     }
 }
 
+// Numbers of the first tags of a file's entities: messages about an upgraded drawing are to name
+// the lines of the file that the user has. The upgrade keeps the entities' number and order.
+std::vector<std::uint32_t> entityTags(const SourceFile& file) {
+    std::vector<std::uint32_t> tags;
+    for (const SourceRecord& record : file.records)
+        if (record.place == SourcePlace::entity || record.place == SourcePlace::paperEntity)
+            tags.push_back(record.tag);
+    return tags;
+}
+
+void setEntityTags(SourceFile& file, const std::vector<std::uint32_t>& tags) {
+    std::size_t next = 0;
+    for (SourceRecord& record : file.records)
+        if ((record.place == SourcePlace::entity || record.place == SourcePlace::paperEntity) &&
+            next < tags.size())
+            record.tag = tags[next++];
+}
+
 } // namespace
 
 base::Result<LoadReport> loadDxf(Database& database, std::string bytes, const std::string& name,
@@ -433,12 +451,14 @@ base::Result<LoadReport> loadDxf(Database& database, std::string bytes, const st
     report.version = file.value()->version;
     report.codePage = file.value()->codePage;
     if (const std::string missing = dxf::whatIsMissing(*file.value()); !missing.empty()) {
+        const std::vector<std::uint32_t> places = entityTags(*file.value());
         base::Result<std::string> whole = dxf::upgraded(*file.value());
         if (!whole)
             return whole.error();
         file = dxf::scan(std::move(whole).value(), name);
         if (!file)
             return file.error();
+        setEntityTags(*file.value(), places);
         file.value()->upgraded = missing;
         report.upgraded = missing;
     }

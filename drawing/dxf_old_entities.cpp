@@ -147,8 +147,18 @@ void EntityUpgrader::write(std::span<const Tag> tags, std::uint64_t owner) {
     const std::span<const Tag> main = tags.first(tags.size() - parts.children.size());
     const std::uint64_t handle = writeOne(main, owner, 0);
     const std::int64_t flags = firstInteger(values_, main, 70, 0);
-    for (const std::span<const Tag> child : childRecords(parts.children))
+    bool ended = false;
+    for (const std::span<const Tag> child : childRecords(parts.children)) {
         writeOne(child, handle, flags);
+        ended = values_.name(child.front()) == "SEQEND";
+    }
+    if (ended || values_.name(tags.front()) != "POLYLINE")
+        return;
+    writer_.text(0, "SEQEND");
+    writer_.handle(5, handles_.take());
+    writer_.handle(330, handle);
+    writer_.text(100, "AcDbEntity");
+    writer_.text(8, "0");
 }
 
 std::uint64_t EntityUpgrader::writeOne(std::span<const Tag> tags, std::uint64_t owner,

@@ -17,6 +17,9 @@ std::string_view SourceFile::type(const SourceRecord& record) const {
 namespace dxf {
 namespace {
 
+// Handles beyond this leave no room for new ones.
+constexpr std::uint64_t kLargestHandle = ~(std::uint64_t{0xFFFFFFFF});
+
 // Tag numbers are kept in 32 bits, and a tag takes four bytes at least.
 constexpr std::size_t kLargestFile = std::size_t{1} << 33;
 
@@ -44,6 +47,7 @@ class Scanner {
     std::string_view section_; // name of the section being read; empty between sections
     bool sectionNameWanted_ = false;
     bool ended_ = false;        // EOF was read
+    bool entitiesRead_ = false; // the section of entities was read to its end
     std::string_view type_;     // of the record being read, its parts' included
     std::string_view head_;     // type of the entity whose parts are being read
     bool handleOpen_ = false;   // the record's handle may still come
@@ -77,8 +81,15 @@ std::optional<base::Error> Scanner::run() {
     }
     if (file_.records.empty())
         return failure("this is not a DXF file: it holds no section");
+    if (file_.largestHandle > kLargestHandle)
+        return base::formatError("its handles leave no room for new ones", file_.name);
+    if (file_.handleSeed > kLargestHandle)
+        file_.handleSeed = 0;
     if (!ended_ && !section_.empty())
         return failure("the file is cut off inside section " + std::string(section_));
+    // Some programs leave the end mark out; a drawing without its entities is none.
+    if (!ended_ && !entitiesRead_)
+        return failure("the file is cut off before its entities");
     // What stands behind the end belongs to the last record, so that it is written back too.
     file_.records.back().end = file_.bytes.size();
     return std::nullopt;
@@ -119,6 +130,7 @@ void Scanner::placeRecord(SourceRecord& record) {
         handleOpen_ = false;
         record.place = SourcePlace::sectionStart;
     } else if (type_ == "ENDSEC") {
+        entitiesRead_ = entitiesRead_ || section_ == "ENTITIES";
         section_ = {};
         record.place = SourcePlace::sectionEnd;
     } else if (type_ == "EOF") {

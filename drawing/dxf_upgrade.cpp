@@ -582,9 +582,6 @@ std::string whatIsMissing(const SourceFile& file) {
 
 base::Result<std::string> upgraded(const SourceFile& file) {
     const std::uint64_t largest = std::max(file.largestHandle, file.handleSeed);
-    constexpr std::uint64_t kRoom = std::uint64_t{1} << 62;
-    if (largest > kRoom)
-        return base::formatError("its handles leave no room for new ones", file.name);
     const base::Result<std::shared_ptr<SourceFile>> fresh = scan(templateDrawing(largest), "");
     if (!fresh)
         return fresh.error();

@@ -60,7 +60,8 @@ def check_audit(path):
     registered = {a.dxf.name for a in doc.appids}
     layers = {layer.dxf.name.lower() for layer in doc.layers}
     for entity in doc.modelspace():
-        if entity.dxf.get("layer", "0").lower() not in layers:
+        if (entity.dxf.is_supported("layer")
+                and entity.dxf.get("layer", "0").lower() not in layers):
             faults.append("unknown layer " + entity.dxf.layer)
         if entity.xdata:
             faults.extend("unknown application " + a for a in entity.xdata.data
