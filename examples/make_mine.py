@@ -123,7 +123,8 @@ def draw_center_lines(plan, block):
 
 def draw_block_label(plan, block):
     """The block's name, in the coal to the right of the drive."""
-    beside = block.at(block.crosscuts * block.spacing / 2, -20.0 - 0.8 * block.label_height)
+    beside = block.at(block.crosscuts * block.spacing * block.label_at,
+                      -30.0 - 0.8 * block.label_height)
     plan.text('LABELS', block.name, plan.from_mine(beside), block.label_height,
               readable(block.heading + TURN))
 

@@ -22,7 +22,7 @@ fi
 
 "$program" plot map.dxf map.png --width 2400 \
     --layers STABILITY_MAP,PILLARS,GOB,PROPERTY,PONDS,VALLEY,FAULTS,SHAFTS,LABELS,0 \
-    --title "Kestrel Hollow Mine: composite stability index"
+    --title "Composite stability index"
 "$program" plot map.dxf plan.png --width 2400
 for grid in *.grd; do
     "$program" grid "$grid" --png "${grid%.grd}.png" >"${grid%.grd}.txt"
