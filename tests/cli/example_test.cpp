@@ -1,0 +1,63 @@
+// The example mine from drawing to map, by the scripts that newcomers read.
+
+#include "support/other_programs.h"
+#include "support/script_run.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using testing::HasSubstr;
+using testing::SizeIs;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string contentOf(const fs::path& file) {
+    std::ostringstream text;
+    text << std::ifstream(file, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+// All steps in the order of their numbers.
+std::string exampleScripts(const fs::path& folder) {
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::directory_iterator(folder))
+        if (entry.path().extension() == ".scr")
+            files.push_back(entry.path());
+    std::sort(files.begin(), files.end());
+    std::string all;
+    for (const fs::path& file : files)
+        all += contentOf(file);
+    return all;
+}
+
+} // namespace
+
+TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
+    const fs::path examples = fs::path(TESSARAN_SOURCE_DIR) / "examples";
+    tessaran::test::ScriptRun run;
+    run.folder().write("mine.dxf", contentOf(examples / "mine.dxf"));
+    run.open("mine.dxf");
+    run.saveTo("map.dxf");
+    run(exampleScripts(examples / "scripts"));
+    ASSERT_EQ(run.status(), 0) << run.report();
+
+    EXPECT_THAT(run.transcript(), HasSubstr("2369 Pillar objects from: "
+                                            "PILLARS,BARRIERS,SOLID_COAL,GOB"));
+    EXPECT_THAT(run.drawing().group("ZELK Lengend"), SizeIs(20)) << "ten bands, ten labels";
+    for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults"})
+        EXPECT_TRUE(run.folder().has(std::string(grid) + "_index.grd")) << grid;
+
+    const auto seen = tessaran::test::runScript(
+        std::string(TESSARAN_SOURCE_DIR) + "/tests/cli/check_map.py",
+        "map.dxf stability.grd STABILITY_MAP PILLARS BARRIERS SOLID_COAL GOB");
+    EXPECT_EQ(seen.status, 0) << seen.output;
+}
