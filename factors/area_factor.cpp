@@ -4,6 +4,7 @@
 #include "base/tolerance.h"
 #include "geometry/box_index.h"
 #include "geometry/polygon.h"
+#include "grid/cell_frame.h"
 
 #include <algorithm>
 #include <atomic>
@@ -20,6 +21,7 @@ using geometry::CellWalker;
 using geometry::CoverageRun;
 using geometry::Point2;
 using geometry::Polygon;
+using grid::CellFrame;
 using grid::myGrid;
 
 constexpr double kMiddlePointShare = 0.5;
@@ -34,39 +36,9 @@ struct BoundaryInCells {
     CellRange cells;
 };
 
-// Drawing coordinates to cell units: cell (i, j) becomes the square from (i, j) to (i+1, j+1).
-class CellFrame {
-  public:
-    explicit CellFrame(const myGrid& grid)
-        : origin_(grid.origin().plan()), widthX_(grid.cellWidthX()), widthY_(grid.cellWidthY()),
-          cos_(std::cos(grid.rotation())), sin_(std::sin(grid.rotation())) {}
-
-    Polygon toCells(std::span<const Point2> polygon) const {
-        Polygon cells;
-        cells.reserve(polygon.size());
-        for (const Point2 p : polygon) {
-            const Point2 d = p - origin_;
-            cells.push_back(
-                {(cos_ * d.x + sin_ * d.y) / widthX_, (cos_ * d.y - sin_ * d.x) / widthY_});
-        }
-        return cells;
-    }
-
-  private:
-    Point2 origin_;
-    double widthX_;
-    double widthY_;
-    double cos_;
-    double sin_;
-};
-
-// The cell at a coordinate, held within the grid. Rounding must not decide on which side of a
-// cell's side a coordinate lies, or turned grids would give other cells.
+// The cell at a coordinate, held within the grid.
 int heldCell(double at, int count) {
-    const double nearest = std::round(at);
-    const double settled =
-        std::abs(at - nearest) <= geometry::kWholeCellTolerance ? nearest : std::floor(at);
-    return static_cast<int>(std::clamp(settled, 0.0, count - 1.0));
+    return static_cast<int>(std::clamp(std::floor(at), 0.0, count - 1.0));
 }
 
 CellRange cellsOfOutline(const myGrid& grid, const Polygon& outline) {

@@ -16,7 +16,6 @@
 namespace tessaran::factors {
 namespace {
 
-using geometry::Point2;
 using geometry::Polygon;
 using grid::myGrid;
 using host::Answer;
