@@ -160,7 +160,20 @@ void combineOnAThousand(benchmark::State& state) {
 }
 BENCHMARK(combineOnAThousand)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-// The same with every cell by itself.
+// The same with an index that changes from cell to cell: hardly any two neighbours are equal.
+void combineNoiseOnAThousand(benchmark::State& state) {
+    Plan plan;
+    makePlan(1000, 71, plan);
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> value(0.0, 100.0);
+    for (double& cell : plan.grid.values())
+        cell = value(random);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(byWalking(plan));
+}
+BENCHMARK(combineNoiseOnAThousand)->Unit(benchmark::kMillisecond)->Iterations(1);
+
+// The first with every cell by itself.
 void cellsOfAThousand(benchmark::State& state) {
     Plan plan;
     makePlan(1000, 71, plan);

@@ -326,6 +326,22 @@ TEST(MappingRegions, PickedRegionsAndClosedCurvesAreHatchedToo) {
         EXPECT_EQ(colour, 5);
 }
 
+TEST(MappingRegions, VeryManyAreOnlyAddedWhenWanted) {
+    ScriptRun run;
+    constexpr int kCells = 501; // 251,001 cells
+    std::string text = "0\n0\n501\n501\n501\n501\n";
+    for (int k = 0; k < (kCells + 1) * (kCells + 1); ++k)
+        text += k % 2 == 0 ? "1\n" : "2\n";
+    run.folder().write("index.grd", text + "Big\nZELK Stability Application\n");
+    addBox(run, 600.0, 0.0, 610.0, 10.0);
+    run(kOpen + kAnalyze + "No\n:answer no\n" + kExit);
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("251001 regions will be added to the drawing. Do you want to continue? "
+                          "-> no"));
+    EXPECT_EQ(count(run, "REGION"), 0U);
+}
+
 // --- layers and legend --------------------------------------------------------------------------
 
 TEST(MappingLayers, PresetCreatedAndPicked) {
