@@ -73,30 +73,66 @@ void syncFolderOf(const std::filesystem::path& path) {
 
 } // namespace
 
-Result<std::string> readFile(const std::filesystem::path& path) {
-    const Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd.get() < 0)
+InputFile::InputFile(std::filesystem::path path, int descriptor, std::size_t size)
+    : path_(std::move(path)), descriptor_(descriptor), size_(size) {}
+
+InputFile::InputFile(InputFile&& other) noexcept
+    : path_(std::move(other.path_)), descriptor_(std::exchange(other.descriptor_, -1)),
+      size_(other.size_) {}
+
+InputFile& InputFile::operator=(InputFile&& other) noexcept {
+    std::swap(path_, other.path_);
+    std::swap(descriptor_, other.descriptor_);
+    std::swap(size_, other.size_);
+    return *this;
+}
+
+InputFile::~InputFile() {
+    if (descriptor_ >= 0)
+        ::close(descriptor_);
+}
+
+Result<InputFile> InputFile::open(const std::filesystem::path& path) {
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
         return ioError(errno, path);
+    InputFile file(path, descriptor, 0); // closes on every way out
     struct stat info {};
-    if (::fstat(fd.get(), &info) != 0)
+    if (::fstat(descriptor, &info) != 0)
         return ioError(errno, path);
     if (S_ISDIR(info.st_mode))
         return ioError(EISDIR, path);
-    std::string out;
     if (S_ISREG(info.st_mode))
-        out.reserve(static_cast<std::size_t>(info.st_size) + 1);
+        file.size_ = static_cast<std::size_t>(info.st_size);
+    return file;
+}
+
+Result<std::size_t> InputFile::read(char* out, std::size_t most) {
+    for (;;) {
+        const ssize_t got = ::read(descriptor_, out, most);
+        if (got >= 0)
+            return static_cast<std::size_t>(got);
+        if (errno != EINTR)
+            return ioError(errno, path_);
+    }
+}
+
+Result<std::string> readFile(const std::filesystem::path& path) {
+    Result<InputFile> file = InputFile::open(path);
+    if (!file)
+        return file.error();
+    std::string out;
+    out.reserve(file->size() + 1);
     std::size_t size = 0;
     for (;;) {
         const std::size_t room = out.capacity() > size ? out.capacity() - size : kWriteBuffer;
         out.resize(size + room);
-        const ssize_t got = ::read(fd.get(), out.data() + size, room);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return ioError(errno, path);
-        if (got == 0)
+        const Result<std::size_t> got = file->read(out.data() + size, room);
+        if (!got)
+            return got.error();
+        if (*got == 0)
             break;
-        size += static_cast<std::size_t>(got);
+        size += *got;
     }
     out.resize(size);
     return out;

@@ -16,6 +16,30 @@ namespace tessaran::base {
 // cause says which.
 Result<std::string> readFile(const std::filesystem::path& path);
 
+// A file open for reading, piece by piece.
+class InputFile {
+  public:
+    static Result<InputFile> open(const std::filesystem::path& path);
+
+    InputFile(InputFile&& other) noexcept;
+    InputFile& operator=(InputFile&& other) noexcept;
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+    ~InputFile();
+
+    // How many bytes were read; 0 at the end of the file.
+    Result<std::size_t> read(char* out, std::size_t most);
+
+    std::size_t size() const { return size_; } // of a regular file when it was opened, else 0
+
+  private:
+    InputFile(std::filesystem::path path, int descriptor, std::size_t size);
+
+    std::filesystem::path path_;
+    int descriptor_ = -1;
+    std::size_t size_ = 0;
+};
+
 // Whether anything stands under that path.
 bool fileExists(const std::filesystem::path& path);
 

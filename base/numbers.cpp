@@ -75,6 +75,11 @@ double leadingDouble(std::string_view text) {
     return parseDouble(withoutPlus(withoutLeadingBlanks(text))).value;
 }
 
+std::optional<double> leadingNumber(std::string_view text) {
+    const Parsed parsed = parseDouble(withoutPlus(withoutLeadingBlanks(text)));
+    return parsed.used > 0 ? std::optional(parsed.value) : std::nullopt;
+}
+
 int leadingInt(std::string_view text) {
     text = withoutPlus(withoutLeadingBlanks(text));
     int value = 0;

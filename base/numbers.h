@@ -13,6 +13,8 @@ namespace tessaran::base {
 // atoi read). Integers outside the 32-bit range are held at its ends.
 double leadingDouble(std::string_view text);
 int leadingInt(std::string_view text);
+// As leadingDouble(), but nothing where the text holds no number.
+std::optional<double> leadingNumber(std::string_view text);
 
 // The whole text (blanks around it allowed) as one number; nothing when anything else stands in it.
 std::optional<double> wholeDouble(std::string_view text);
