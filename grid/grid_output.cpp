@@ -48,11 +48,11 @@ bool GridOutput::chooseFile(host::Host& host) {
     return chosen.has_value();
 }
 
-bool GridOutput::mayRebuild(host::Host& host, bool madeByHand) const {
+bool GridOutput::mayRebuild(host::Host& host, bool madeByHand, const std::string& question) const {
     if ((!built_ && !madeByHand) || saved_)
         return true;
-    return host.dialogs().ask({"Modified Grid is not saved yet! continue to rebuild",
-                               Buttons::okCancel, Question::Stake::guarded}) == Answer::ok;
+    return host.dialogs().ask({question, Buttons::okCancel, Question::Stake::guarded}) ==
+           Answer::ok;
 }
 
 bool GridOutput::save(host::Host& host, const std::string& what) {
@@ -72,11 +72,15 @@ bool GridOutput::save(host::Host& host, const std::string& what) {
 }
 
 bool GridOutput::mayClose(host::Host& host) {
+    return mayClose(host, [&] { return save(host); });
+}
+
+bool GridOutput::mayClose(host::Host& host, const std::function<bool()>& save) const {
     if (!built_ || saved_)
         return true;
     const Answer answer = host.dialogs().ask(
         {"The Grid is not saved! Save it?", Buttons::yesNo, Question::Stake::guarded});
-    return answer == Answer::yes ? save(host) : answer == Answer::no;
+    return answer == Answer::yes ? save() : answer == Answer::no;
 }
 
 } // namespace tessaran::grid

@@ -6,6 +6,7 @@
 #include "grid/my_grid.h"
 #include "host/dialog_model.h"
 
+#include <functional>
 #include <string>
 
 namespace tessaran::grid {
@@ -40,12 +41,18 @@ class GridOutput {
     void markChanged() { saved_ = false; } // by hand, after the build
     void markEmpty() { built_ = saved_ = false; }
 
+    void markSaved() { saved_ = built_; } // by the page itself, in another form
+
     // Before a rebuild: whether an unsaved grid may go, built or (as the page tells) made by hand.
-    bool mayRebuild(host::Host& host, bool madeByHand = false) const;
+    bool mayRebuild(
+        host::Host& host, bool madeByHand = false,
+        const std::string& question = "Modified Grid is not saved yet! continue to rebuild") const;
     // Asks for a name when there is none, confirms, writes; whether the grid was written.
     bool save(host::Host& host, const std::string& what = "Grid value");
-    // Before the dialog closes: an unsaved grid is offered to be saved. False keeps it open.
+    // Before the dialog closes: an unsaved grid is offered to be saved, by `save` where the page
+    // has its own way. False keeps the dialog open.
     bool mayClose(host::Host& host);
+    bool mayClose(host::Host& host, const std::function<bool()>& save) const;
 
   private:
     bool chooseFile(host::Host& host);
