@@ -4,6 +4,7 @@
 #include "app/loaded_host.h"
 #include "app/tessaran_app.h"
 #include "factors/area_commands.h"
+#include "factors/generator_commands.h"
 #include "grid/base_grid_commands.h"
 #include "host/host.h"
 #include "index/composite_commands.h"
@@ -23,11 +24,11 @@ void notAvailableYet(host::Host& host) {
 constexpr std::array kCommands{
     CommandRow{"zelk_setGrid", commandHandler<grid::zelk_setGrid>},
     CommandRow{"zelk_gridFromContour", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_gridFromPoint", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_geoFeatures", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridFromPoint", commandHandler<factors::zelk_gridFromPoint>},
+    CommandRow{"zelk_geoFeatures", commandHandler<factors::zelk_geoFeatures>},
     CommandRow{"zelk_sFactorInArea", commandHandler<factors::zelk_sFactorInArea>},
     CommandRow{"zelk_topoStressModel", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_horizStress", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_horizStress", commandHandler<factors::zelk_horizStress>},
     CommandRow{"zelk_topoGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_plekton", commandHandler<notAvailableYet>},

@@ -2,6 +2,7 @@
 
 #include "base/tolerance.h"
 #include "factors/cell_markers.h"
+#include "factors/grid_objects.h"
 #include "grid/base_grid.h"
 #include "grid/grid_drawing.h"
 #include "host/curves.h"
@@ -26,12 +27,6 @@ using host::ShownGraphics;
 constexpr const char* kOutside = "Outside Boundary:";
 constexpr const char* kMinimumArea = "Min. Area Inside (%):";
 constexpr const char* kDefinitionError = "Grid definition error!";
-
-void showGridOutline(ShownGraphics& shown, const myGrid& grid) {
-    const auto outline = grid.gridOutline();
-    if (outline)
-        shown.polyline({outline->begin(), outline->end()}, true, host::colour::kMagenta);
-}
 
 void tellSkipped(Host& host, const AreaFactorResult& result) {
     if (result.boundariesInOneLine > 0)
@@ -161,7 +156,7 @@ void CAreaFactTab::build(DialogSession& session) {
 // Whether there is a grid now. Outlines and highlighting last as long as this.
 bool CAreaFactTab::fillGrid(Host& host, Boundaries& boundaries) {
     ShownGraphics shown(host.graphics());
-    showGridOutline(shown, grid_);
+    showGridOutline(shown, grid_, host::colour::kMagenta);
     host.print("\nFilter out the objects outside the grid...");
     keepRelated(grid_, boundaries);
     const std::string count = countText(boundaries);
@@ -212,7 +207,7 @@ void CAreaFactTab::check(DialogSession& session) {
     }
     const DialogSession::Hidden hidden(session);
     ShownGraphics shown(host.graphics());
-    showGridOutline(shown, grid);
+    showGridOutline(shown, grid, host::colour::kMagenta);
     host.print("\nFilter out the polylines outside the grid...");
     keepRelated(grid, boundaries);
     const host::Highlighted highlighted(host.graphics(), boundaries.entities);

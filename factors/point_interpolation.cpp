@@ -208,8 +208,7 @@ struct Column {
 } // namespace
 
 PointGridResult gridPoints(const std::vector<Point3>& points, const PointSearch& search,
-                           myGrid& grid, const std::function<void(int, int)>& noPoint,
-                           base::Progress& progress) {
+                           myGrid& grid, const PointGridWatch& watch, base::Progress& progress) {
     PointGridResult out;
     const Bins bins(points, grid.cellWidthX());
     std::vector<Column> columns(static_cast<std::size_t>(grid.nX()) + 1);
@@ -235,9 +234,11 @@ PointGridResult gridPoints(const std::vector<Point3>& points, const PointSearch&
         for (int i = first; i < last; ++i) {
             const Column& column = columns[static_cast<std::size_t>(i)];
             for (const int j : column.emptyRows)
-                noPoint(i, j);
+                watch.noPoint(i, j);
             out.withoutNumber += column.withoutNumber;
         }
+        if (watch.columnsDone && first < grid.nX())
+            watch.columnsDone(first, std::min(last, grid.nX()));
     }
     out.completed = true;
     return out;

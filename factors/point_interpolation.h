@@ -28,11 +28,18 @@ struct PointGridResult {
     long withoutNumber = 0; // cells whose inverse-distance mean is 0/0
 };
 
+// Who looks on while a grid is filled; called by the calling thread.
+struct PointGridWatch {
+    // A cell that finds no point (column, row from 0); columns outer, rows inner.
+    std::function<void(int, int)> noPoint;
+    // Columns [from, to) of the grid are filled.
+    std::function<void(int, int)> columnsDone;
+};
+
 // Fills the grid's cells, and the extra column and row, from the points in their given order. A
-// cell that finds no point keeps its value and is named to `noPoint` (column, row from 0), in the
-// order columns outer, rows inner. The progress runs over nX * nY.
+// cell that finds no point keeps its value. The progress runs over nX * nY.
 PointGridResult gridPoints(const std::vector<geometry::Point3>& points, const PointSearch& search,
-                           grid::myGrid& grid, const std::function<void(int, int)>& noPoint,
+                           grid::myGrid& grid, const PointGridWatch& watch,
                            base::Progress& progress);
 
 } // namespace tessaran::factors

@@ -78,8 +78,9 @@ TEST(PointGrid, IsTheLiteralSearchBitForBit) {
             const PointSearch search{kind, plan.minimum, plan.limit};
             std::vector<std::pair<int, int>> empty;
             base::NoProgress progress;
-            const PointGridResult result = gridPoints(
-                points, search, grid, [&](int i, int j) { empty.emplace_back(i, j); }, progress);
+            const PointGridResult result =
+                gridPoints(points, search, grid,
+                           {[&](int i, int j) { empty.emplace_back(i, j); }, {}}, progress);
             ASSERT_TRUE(result.completed);
             std::vector<std::pair<int, int>> expectedEmpty;
             for (int i = 0; i <= 31; ++i) {
@@ -102,7 +103,7 @@ TEST(PointGrid, NearPointsCountAtEveryLargerRadius) {
     // From the centre of cell (0, 0), (5, 5): 8 and 16 away.
     const std::vector<Point3> points{{13, 5, 30}, {21, 5, 90}};
     base::NoProgress progress;
-    const auto ignore = [](int, int) {};
+    const PointGridWatch ignore{[](int, int) {}, {}};
     ASSERT_TRUE(gridPoints(points, {Interpolation::simpleAverage, 3, 100.0}, grid, ignore, progress)
                     .completed);
     EXPECT_EQ(grid.getValue(0, 0), (30.0 + 30.0 + 90.0) / 3.0);
@@ -121,7 +122,7 @@ TEST(PointGrid, ACellOnItsFirstPointGetsNoNumberByInverseDistance) {
     myGrid grid;
     ASSERT_TRUE(grid.setupGrid(3, 3, 10.0, 10.0, 0.0));
     base::NoProgress progress;
-    const auto ignore = [](int, int) {};
+    const PointGridWatch ignore{[](int, int) {}, {}};
     const PointSearch search{Interpolation::inverseDistance, 2, 100.0};
     PointGridResult result = gridPoints({{5, 5, 10}, {7, 5, 20}}, search, grid, ignore, progress);
     EXPECT_TRUE(std::isnan(grid.getValue(0, 0)));
