@@ -56,7 +56,7 @@ Curve mapped(const Curve& curve, const Affine& affine) {
         const Point2 at = affine(vertex.at.plan());
         vertex = {{at.x, at.y, vertex.at.z}, turn * vertex.bulge};
     }
-    return {std::move(vertices), curve.closed()};
+    return {vertices, curve.closed()};
 }
 
 host::Text mapped(const host::Text& text, const Affine& affine) {

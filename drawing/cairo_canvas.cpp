@@ -11,6 +11,14 @@
 #include <numbers>
 #include <optional>
 
+#if defined(__SANITIZE_ADDRESS__)
+// The font library keeps what it has found until the program ends, which is no leak of ours.
+extern "C" const char* __lsan_default_suppressions();  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() { // NOLINT(bugprone-reserved-identifier)
+    return "leak:libfontconfig";
+}
+#endif
+
 namespace tessaran::drawing {
 namespace {
 

@@ -37,7 +37,8 @@ std::uint8_t channel(double full, double brightness, bool pale) {
 }
 
 Rgb hueColour(int index) {
-    const double hue = (index - kFirstHue) / 10 * 15.0 / 60.0;
+    const int step = (index - kFirstHue) / 10;
+    const double hue = step * 15.0 / 60.0;
     const double brightness = kBrightness[static_cast<std::size_t>(index % 10 / 2)];
     const bool pale = index % 2 == 1;
     return {channel(share(hue, 0.0), brightness, pale), channel(share(hue, 2.0), brightness, pale),

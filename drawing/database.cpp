@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <limits>
-#include <ranges>
 #include <utility>
 
 namespace tessaran::drawing {
@@ -71,10 +70,9 @@ const Entity* Database::find(EntityId id) const {
 }
 
 EntityId Database::lastEntity() const {
-    for (const Slot& slot : slots_ | std::views::reverse)
-        if (slot.record)
-            return slot.record->entity.id;
-    return {};
+    const auto last = std::find_if(slots_.rbegin(), slots_.rend(),
+                                   [](const Slot& slot) { return slot.record != nullptr; });
+    return last == slots_.rend() ? EntityId{} : last->record->entity.id;
 }
 
 std::optional<host::Box2> Database::extents(EntityId id) const {

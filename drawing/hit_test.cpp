@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <ranges>
 
 namespace tessaran::drawing {
 namespace {
@@ -41,7 +40,7 @@ class NearestPlace final : public Canvas {
         std::vector<geometry::CurveVertex> outline;
         for (const Point2 corner : corners)
             outline.push_back({{corner.x, corner.y, 0.0}, 0.0});
-        curve({std::move(outline), true}, pen);
+        curve({outline, true}, pen);
     }
     void point(Point2 place, const Pen& /*pen*/) override {
         take(place, geometry::distance(place, from_));
@@ -66,8 +65,9 @@ std::optional<Hit> hitTest(const Database& database, Point2 at, double tolerance
         return std::nullopt;
     const FilterTest passes(database.tables(), filter);
     NearestPlace nearest(at);
-    const auto candidates = database.near(host::Box2{at, at}.enlarged(tolerance));
-    for (const EntityRecord* record : candidates | std::views::reverse) {
+    auto candidates = database.near(host::Box2{at, at}.enlarged(tolerance));
+    std::reverse(candidates.begin(), candidates.end());
+    for (const EntityRecord* record : candidates) {
         if (!isShown(database, *record) || !passes(*record))
             continue;
         drawEntity(database, *record, Visibility::shown, nearest);

@@ -9,7 +9,6 @@ namespace tessaran::drawing {
 namespace {
 
 using geometry::Box2;
-using geometry::Point2;
 
 // Shares of the page's width.
 constexpr double kMargin = 0.02;

@@ -28,7 +28,7 @@ Curve curveOf(const host::Polyline& polyline) {
     vertices.reserve(polyline.vertices.size());
     for (const host::PolylineVertex& v : polyline.vertices)
         vertices.push_back({{v.at.x, v.at.y, polyline.elevation}, v.bulge});
-    return {std::move(vertices), polyline.closed};
+    return {vertices, polyline.closed};
 }
 
 Curve curveOf(std::span<const Point3> points, bool closed) {
@@ -36,7 +36,7 @@ Curve curveOf(std::span<const Point3> points, bool closed) {
     vertices.reserve(points.size());
     for (const Point3& p : points)
         vertices.push_back({p, 0.0});
-    return {std::move(vertices), closed};
+    return {vertices, closed};
 }
 
 Curve curveOf(const host::Loop& loop, double elevation) {
@@ -44,7 +44,7 @@ Curve curveOf(const host::Loop& loop, double elevation) {
     vertices.reserve(loop.vertices.size());
     for (const host::Loop::Vertex& v : loop.vertices)
         vertices.push_back({{v.at.x, v.at.y, elevation}, v.bulge});
-    return {std::move(vertices), true};
+    return {vertices, true};
 }
 
 bool hasSegmentWidths(const host::Polyline& polyline) {
@@ -76,7 +76,7 @@ Curve taperedSegment(const host::PolylineVertex& from, Point2 to) {
         right.push_back({{at.x - aside.x, at.y - aside.y, 0.0}, 0.0});
     }
     left.insert(left.end(), right.rbegin(), right.rend());
-    return {std::move(left), true};
+    return {left, true};
 }
 
 // Walks one entity of model space, and the blocks in it.

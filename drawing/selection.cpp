@@ -24,7 +24,7 @@ Curve chainOf(const std::vector<Point2>& points, bool closed) {
     std::vector<CurveVertex> vertices;
     for (const Point2 p : points)
         vertices.push_back({{p.x, p.y, 0.0}, 0.0});
-    return {std::move(vertices), closed};
+    return {vertices, closed};
 }
 
 bool isRectangle(const std::vector<Point2>& p) {
