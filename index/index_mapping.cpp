@@ -4,6 +4,7 @@
 #include "base/tolerance.h"
 #include "geometry/cell_coverage.h"
 #include "geometry/polygon.h"
+#include "index/cell_cut.h"
 #include "index/open_areas.h"
 #include "index/planar_parts.h"
 
@@ -139,9 +140,13 @@ Result<PlanarRegion> IndexMapping::openPart(int i, int j) const {
         geometry::regionOf({{x, y}, {x + 1.0, y}, {x + 1.0, y + 1.0}, {x, y + 1.0}});
     if (!labels_.isCut(i, j))
         return cell;
+    const std::vector<int> pillars = labels_.pillars(i, j);
+    if (pillars.size() == 1)
+        if (auto open = cellLessPillar(i, j, pillars_[static_cast<std::size_t>(pillars[0])]))
+            return *std::move(open);
     const Box2 around = Box2{{x, y}, {x + 1.0, y + 1.0}}.enlarged(0.5);
     std::vector<PlanarRegion> cutting;
-    for (const int pillar : labels_.pillars(i, j))
+    for (const int pillar : pillars)
         cutting.push_back(partNear(pillars_[static_cast<std::size_t>(pillar)], around));
     auto open = geometry::subtract(cell, cutting);
     if (open && orientedArea(*open) * frame_.cellArea() <= base::kTolerance)

@@ -1,6 +1,7 @@
 #include "index/open_areas.h"
 
 #include "base/parallel.h"
+#include "index/cell_cut.h"
 #include "index/planar_parts.h"
 
 #include <algorithm>
@@ -111,7 +112,16 @@ class Components {
 Result<void> cutByPillars(Connected& area, std::span<const PlanarRegion> pillars, double smallest) {
     if (area.pillars.empty())
         return {};
-    const geometry::Box2 around = boxOf(area.area).enlarged(0.5);
+    const geometry::Box2 box = boxOf(area.area);
+    if (area.pillars.size() == 1 && box.width() == 1.0 && box.height() == 1.0) {
+        const PlanarRegion& pillar = pillars[static_cast<std::size_t>(area.pillars[0])];
+        if (auto open =
+                cellLessPillar(static_cast<int>(box.low.x), static_cast<int>(box.low.y), pillar)) {
+            area.area = *std::move(open);
+            return {};
+        }
+    }
+    const geometry::Box2 around = box.enlarged(0.5);
     std::vector<PlanarRegion> cutting;
     for (const int pillar : area.pillars)
         cutting.push_back(partNear(pillars[static_cast<std::size_t>(pillar)], around));
