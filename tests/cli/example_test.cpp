@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -39,12 +40,28 @@ std::string exampleScripts(const fs::path& folder) {
     return all;
 }
 
+// The records of a text drawing's entities, each as it stands in the file.
+std::set<std::string> entityRecords(const std::string& file) {
+    const std::string begin = "  0\nSECTION\n  2\nENTITIES\n";
+    const std::string next = "\n  0\n";
+    std::set<std::string> records;
+    std::size_t from = file.find(begin);
+    const std::size_t end = file.find(next + "ENDSEC", from);
+    for (from = file.find(next, from); from < end && from != std::string::npos;) {
+        const std::size_t to = file.find(next, from + next.size());
+        records.insert(file.substr(from, to - from));
+        from = to;
+    }
+    return records;
+}
+
 } // namespace
 
 TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
     const fs::path examples = fs::path(TESSARAN_SOURCE_DIR) / "examples";
     tessaran::test::ScriptRun run;
-    run.folder().write("mine.dxf", contentOf(examples / "mine.dxf"));
+    const std::string plan = contentOf(examples / "mine.dxf");
+    run.folder().write("mine.dxf", plan);
     run.open("mine.dxf");
     run.saveTo("map.dxf");
     run(exampleScripts(examples / "scripts"));
@@ -55,6 +72,12 @@ TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
     EXPECT_THAT(run.drawing().group("ZELK Lengend"), SizeIs(20)) << "ten bands, ten labels";
     for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults"})
         EXPECT_TRUE(run.folder().has(std::string(grid) + "_index.grd")) << grid;
+
+    const std::set<std::string> drawn = entityRecords(plan);
+    const std::set<std::string> kept = entityRecords(run.folder().read("map.dxf"));
+    EXPECT_EQ(drawn.size(), 3009u) << "3003 entities, and six parts of an old-style polyline";
+    EXPECT_TRUE(std::includes(kept.begin(), kept.end(), drawn.begin(), drawn.end()))
+        << "the plan's own entities are as they were";
 
     const auto seen = tessaran::test::runScript(
         std::string(TESSARAN_SOURCE_DIR) + "/tests/cli/check_map.py",
