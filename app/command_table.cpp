@@ -10,6 +10,7 @@
 #include "index/composite_commands.h"
 #include "index/factor_commands.h"
 #include "index/mapping_commands.h"
+#include "stress/plekton_commands.h"
 
 #include <array>
 
@@ -31,8 +32,8 @@ constexpr std::array kCommands{
     CommandRow{"zelk_horizStress", commandHandler<factors::zelk_horizStress>},
     CommandRow{"zelk_topoGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_plekton", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_convPlekGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_plekton", commandHandler<stress::zelk_plekton>},
+    CommandRow{"zelk_convPlekGrid", commandHandler<stress::zelk_convPlekGrid>},
     CommandRow{"zelk_genFactor", commandHandler<index::zelk_genFactor>},
     CommandRow{"zelk_StabilityIndex", commandHandler<index::zelk_StabilityIndex>},
     CommandRow{"zelk_indexMapping", commandHandler<index::zelk_indexMapping>},

@@ -66,6 +66,14 @@ void addGrid(CLI::App& app, Action& action) {
     sub->add_option("--png", options->picture, "Draw its cells there");
 }
 
+void addSolve(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<SolveOptions>();
+    CLI::App* sub =
+        subcommand(app, action, "solve", "Run the laminated stress solver on an input file",
+                   options, solveModel);
+    sub->add_option("MODEL", options->model, "The input file (.inp)")->required();
+}
+
 // Commands whose folders are still to come; their names are taken.
 void addLater(CLI::App& app, Action& action, const char* name, const char* text) {
     CLI::App* sub = app.add_subcommand(name, text);
@@ -93,7 +101,7 @@ int parseAndRun(int argc, char** argv) {
     addConsole(app, action);
     addPlot(app, action);
     addGrid(app, action);
-    addLater(app, action, "solve", "Run the laminated stress solver on an input file");
+    addSolve(app, action);
     addLater(app, action, "inp", "Compose a solver input file");
     addLater(app, action, "cmrr", "The roof rating of a unit file");
     app.require_subcommand(0, 1);

@@ -37,4 +37,9 @@ struct GridOptions {
 };
 int describeGrid(const GridOptions& options);
 
+struct SolveOptions {
+    std::string model{};
+};
+int solveModel(const SolveOptions& options);
+
 } // namespace tessaran::cli

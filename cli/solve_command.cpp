@@ -1,0 +1,81 @@
+#include "base/text.h"
+#include "cli/options.h"
+#include "cli/subcommands.h"
+#include "console/progress.h"
+#include "stress/model_run.h"
+
+#include <fmt/format.h>
+
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+namespace tessaran::cli {
+namespace {
+
+// Set by Ctrl-C; a signal handler can reach nothing else.
+volatile std::sig_atomic_t interrupted = 0;
+
+void onInterrupt(int /*signal*/) {
+    interrupted = 1;
+}
+
+// A bar on a terminal, lines otherwise.
+class TerminalWatch final : public stress::RunWatch {
+  public:
+    TerminalWatch() : onTerminal_(isatty(STDERR_FILENO) != 0), bar_(onTerminal_) {}
+    ~TerminalWatch() override { bar_.clear(); }
+
+    void status(const std::string& text) override {
+        text_ = std::string(base::trimmed(text));
+        if (onTerminal_)
+            bar_.show(text_, percent_ / 100.0);
+        else
+            fmt::print(stderr, "{}\n", text_);
+    }
+    void progress(int percent) override {
+        percent_ = percent;
+        bar_.show(text_, percent / 100.0);
+    }
+    bool cancelled() override { return interrupted != 0; }
+
+  private:
+    bool onTerminal_;
+    console::ProgressBar bar_;
+    std::string text_;
+    int percent_ = 0;
+};
+
+int ended(const stress::RunReport& report) {
+    switch (report.ending) {
+    case stress::RunReport::Ending::finished:
+        return kDone;
+    case stress::RunReport::Ending::cancelled:
+        fmt::print(stderr, "Cancelled. What the finished steps wrote is kept.\n");
+        return kFailed;
+    case stress::RunReport::Ending::failed:
+        break;
+    }
+    fmt::print(stderr, "{}\n", report.message);
+    return kFailed;
+}
+
+} // namespace
+
+int solveModel(const SolveOptions& options) {
+    const auto prepared = stress::prepareRun(options.model);
+    if (!prepared) {
+        fmt::print(stderr, "{}\n", base::trimmed(prepared.error().message()));
+        return kFailed;
+    }
+    std::signal(SIGINT, onInterrupt);
+    stress::RunReport report;
+    {
+        TerminalWatch watch;
+        report = stress::solve(prepared->model, prepared->base, watch);
+    }
+    fmt::print("{}", stress::runSummary(prepared->model, report));
+    return ended(report);
+}
+
+} // namespace tessaran::cli

@@ -1,0 +1,90 @@
+#include "stress/plekton_pages.h"
+
+#include "base/text.h"
+#include "host/host.h"
+#include "host/progress_window.h"
+#include "host/services_dialogs.h"
+#include "stress/model_run.h"
+
+#include <fmt/format.h>
+
+namespace tessaran::stress {
+namespace {
+
+using host::DialogSession;
+using host::Host;
+
+constexpr const char* kInputExtension = "inp";
+
+// The progress window of a run.
+class WindowWatch final : public RunWatch {
+  public:
+    explicit WindowWatch(Host& host) : host_(host), window_(host, "Plekton in Progress ...") {
+        window_.setRange(0, 100);
+    }
+
+    void status(const std::string& text) override {
+        window_.setText(std::string(base::trimmed(text)));
+        window_.peekAndPump();
+    }
+    void progress(int percent) override { window_.setPosition(percent); }
+    void message(const std::string& text) override { host_.dialogs().message(text); }
+    bool cancelled() override {
+        window_.peekAndPump();
+        return window_.cancelled();
+    }
+
+  private:
+    Host& host_;
+    host::CProgressWnd window_;
+};
+
+std::string savedFiles(const PreparedRun& run) {
+    std::string out = "\nResults were saved to File(s):";
+    for (int seam = 1; seam <= run.model.seamCount(); ++seam)
+        out += fmt::format("\n\t<{}.f{}> for Seam {}", run.base.string(), seam, seam);
+    return out + "\nTo transfer results to stability grid files:\n\t Stability Model -> Transfer "
+                 "Plekton/Mulsim Results";
+}
+
+} // namespace
+
+void PlektonPage::describe(host::PageBuilder& page) {
+    page.text("Input File Name: (.inp)", inputFile_);
+    page.button("&Select File", [this](DialogSession& s) { selectFile(s.host()); });
+    page.button("&Run", [this](DialogSession& s) { run(s); });
+}
+
+void PlektonPage::selectFile(Host& host) {
+    const auto chosen =
+        host::chooseFile(host, host::FileRequest::Mode::open, kInputExtension, inputFile_);
+    if (chosen)
+        inputFile_ = *chosen;
+}
+
+void PlektonPage::run(DialogSession& session) {
+    Host& host = session.host();
+    const base::Result<PreparedRun> prepared = prepareRun(inputFile_);
+    if (!prepared) {
+        host.dialogs().message(prepared.error().text);
+        host.dialogs().message("Plekton was finished unsuccessfully!");
+        return;
+    }
+    const DialogSession::Hidden hidden(session);
+    if (!host::waitForEnter(
+            host, "\n Plekton Stress Calculation is ready to run, <Enter> to continue ..."))
+        return;
+    RunReport report;
+    {
+        WindowWatch watch(host);
+        report = solve(prepared->model, prepared->base, watch);
+    }
+    if (report.code() != 0) {
+        host.dialogs().message("Plekton was finished unsuccessfully!");
+        return;
+    }
+    host.print("\n" + runSummary(prepared->model, report));
+    host.dialogs().message("Plekton was finished successfully!" + savedFiles(*prepared));
+}
+
+} // namespace tessaran::stress

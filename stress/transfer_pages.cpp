@@ -1,0 +1,152 @@
+#include "stress/transfer_pages.h"
+
+#include "base/file.h"
+#include "base/text.h"
+#include "grid/base_grid.h"
+#include "grid/grid_drawing.h"
+#include "grid/grid_output.h"
+#include "host/host.h"
+#include "host/services_dialogs.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace tessaran::stress {
+namespace {
+
+using grid::myGrid;
+using host::DialogSession;
+using host::Host;
+
+constexpr const char* kResultFilter = "f*;*.F*";
+constexpr double kSameWidth = 1e-6; // share of a cell
+
+// Result files hold no rotation: a grid that lies where the base grid lies takes it back.
+void takeRotationOfBaseGrid(Host& host, myGrid& grid) {
+    myGrid base;
+    if (!grid::defineFromBaseGrid(host, base))
+        return;
+    const double near = kSameWidth * grid.cellWidthX();
+    const bool same = base.nX() == grid.nX() && base.nY() == grid.nY() &&
+                      std::abs(base.cellWidthX() - grid.cellWidthX()) <= near &&
+                      std::abs(base.cellWidthY() - grid.cellWidthY()) <= near &&
+                      std::abs(base.origin().x - grid.origin().x) <= near &&
+                      std::abs(base.origin().y - grid.origin().y) <= near;
+    if (!same || base.rotation() == 0.0)
+        return;
+    myGrid unturned;
+    unturned.setOrigin(grid.origin().x, grid.origin().y, 0.0);
+    unturned.setupGrid(grid.nX(), grid.nY(), grid.cellWidthX(), grid.cellWidthY(), 0.0);
+    std::copy(grid.values().begin(), grid.values().end(), unturned.values().begin());
+    grid.setupGrid(grid.nX(), grid.nY(), grid.cellWidthX(), grid.cellWidthY(),
+                   base.getDefinition()->rotation * 180.0 / std::numbers::pi);
+    std::copy(unturned.values().begin(), unturned.values().end(), grid.values().begin());
+}
+
+} // namespace
+
+void TransferPage::describe(host::PageBuilder& page) {
+    page.information("Current Plekton File:", [this] {
+        return "Current Plekton file: " + (file_.empty() ? std::string("None") : file_);
+    });
+    page.button("Select", [this](DialogSession& s) { select(s.host()); });
+    page.list(
+        "List", {"Item#", "Item Name", "Unit", "Step", "Comments"}, [this] { return rows(); },
+        selected_);
+    page.button("Transfer...", [this](DialogSession& s) { transfer(s); });
+    page.button("Preview...", [this](DialogSession& s) { preview(s); });
+}
+
+std::vector<host::Control::Row> TransferPage::rows() const {
+    std::vector<host::Control::Row> out;
+    int number = 0;
+    for (int step = 1; step <= header_.steps; ++step)
+        for (std::size_t k = 0; k < header_.items.size(); ++k)
+            out.push_back({std::to_string(++number), header_.items[k], header_.units[k],
+                           std::to_string(step), fmt::format("{} X {}", header_.nX, header_.nY)});
+    return out;
+}
+
+void TransferPage::select(Host& host) {
+    const auto chosen = host::chooseFile(host, host::FileRequest::Mode::open, kResultFilter, file_);
+    if (!chosen)
+        return;
+    const base::Result<std::string> text = base::readFile(*chosen);
+    if (!text) {
+        host.dialogs().message("File could not be opened: ");
+        return;
+    }
+    const base::Result<ResultHeader> header = parseResultHeader(*text);
+    if (!header) {
+        host.dialogs().message(header.error().text);
+        return;
+    }
+    file_ = *chosen;
+    header_ = *header;
+    selected_.clear();
+}
+
+TransferPage::Chosen TransferPage::confirmed(Host& host, const char* verb) const {
+    if (selected_.empty() || header_.items.empty()) {
+        host.dialogs().message("No items were selected!\n");
+        return {};
+    }
+    const int items = static_cast<int>(header_.items.size());
+    const int number = selected_.front() + 1;
+    const int step = (number - 1) / items + 1;
+    const Chosen chosen{number - (step - 1) * items, step};
+    const std::string question =
+        fmt::format("{} the item: {}<{}> in step {}", verb,
+                    header_.items[static_cast<std::size_t>(chosen.item) - 1], chosen.item, step);
+    const bool yes = host.dialogs().ask({question, host::Buttons::okCancel}) == host::Answer::ok;
+    return yes ? chosen : Chosen{};
+}
+
+bool TransferPage::load(Host& host, const Chosen& chosen, myGrid& grid) const {
+    const base::Result<std::string> text = base::readFile(file_);
+    if (!text) {
+        host.dialogs().message("File could not be opened: ");
+        return false;
+    }
+    const base::Result<void> loaded = gridOfItem(*text, header_, chosen.item, chosen.step, grid);
+    if (!loaded) {
+        host.dialogs().message(loaded.error().text);
+        return false;
+    }
+    takeRotationOfBaseGrid(host, grid);
+    return true;
+}
+
+void TransferPage::transfer(DialogSession& session) {
+    Host& host = session.host();
+    const Chosen chosen = confirmed(host, "Convert");
+    if (chosen.item == 0)
+        return;
+    const auto output = host::chooseFile(host, host::FileRequest::Mode::save, grid::kGridExtension);
+    myGrid grid;
+    if (!output || !load(host, chosen, grid))
+        return;
+    if (grid.rotation() != 0.0)
+        host.print("\nThe file does not hold the grid's rotation.");
+    const std::string name = base::withEnding(*output, ".grd");
+    if (grid.writeGrid(host, name))
+        host.dialogs().message(fmt::format("File: {} is saved!", name));
+}
+
+void TransferPage::preview(DialogSession& session) {
+    Host& host = session.host();
+    const Chosen chosen = confirmed(host, "Preview");
+    if (chosen.item == 0)
+        return;
+    host.print("\nLoading ...");
+    myGrid grid;
+    if (!load(host, chosen, grid))
+        return;
+    const DialogSession::Hidden hidden(session);
+    grid::drawAfterBuild(host, grid, grid::kMapFilled);
+}
+
+} // namespace tessaran::stress

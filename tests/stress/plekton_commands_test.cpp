@@ -1,0 +1,105 @@
+#include "grid/my_grid.h"
+#include "stress/result_reader.h"
+#include "support/script_run.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tessaran::stress {
+namespace {
+
+using test::ScriptRun;
+using testing::HasSubstr;
+using testing::Not;
+
+// Ten by twenty elements of elastic coal 12,000 in deep with two open ones; results in feet.
+std::string smallModel(int steps = 1) {
+    std::string text = "A small model\n0.25, 3000000, 600, 1, 1\n1\n1, 300000, 0, 0, 0, 0\n"
+                       "120, 10, 20, 0.09\n24000, 36000, -12000, 72\n1.35, 0.00001, 5000, 1, " +
+                       std::to_string(steps) + ", 0, 0, 0\n1, 1, 1, 1\n";
+    for (int step = 0; step < steps; ++step)
+        for (int row = 0; row < 20; ++row)
+            text += row == 4 ? "AAAA11AAAA\n" : "AAAAAAAAAA\n";
+    return text;
+}
+
+TEST(Plekton, RunsAModelAndNamesItsFiles) {
+    ScriptRun run;
+    run.folder().write("small.inp", smallModel());
+    run("zelk_plekton\n:set Input File Name: (.inp) = small.inp\n:press Run\n:cancel\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("Plekton Stress Calculation is ready to run, <Enter> to continue ..."));
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("(message) Plekton was finished successfully!\nResults were saved to "
+                          "File(s):\n\t<small.f1> for Seam 1\nTo transfer results"));
+    const std::string results = run.folder().read("small.f1");
+    // Lengths of the header and of the convergence stand in feet.
+    EXPECT_TRUE(
+        results.starts_with("  1,     200,           10,  10,  20,         2000,         3000\n"))
+        << results.substr(0, 80);
+    EXPECT_THAT(run.folder().read("small.out"), HasSubstr("SOR took "));
+}
+
+TEST(Plekton, TellsWhatIsWrongAndWritesNothing) {
+    ScriptRun run;
+    run.folder().write("bad.inp", "title only\n");
+    run("zelk_plekton\n:set Input File Name: (.inp) = bad.inp\n:press Run\n"
+        ":set Input File Name: (.inp) = none.inp\n:press Run\n:cancel\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("Error reading the host properties - RI2a"));
+    EXPECT_THAT(run.transcript(), HasSubstr("Error in Opening Input File - RI1a"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Plekton was finished unsuccessfully!"));
+    EXPECT_FALSE(std::filesystem::exists("bad.out"));
+    EXPECT_FALSE(std::filesystem::exists("bad.f1"));
+}
+
+TEST(Transfer, TurnsOneItemOfOneStepIntoAGrid) {
+    ScriptRun run;
+    run.folder().write("two.f1",
+                       "  2,       4,           10,   2,   2,          100,          200\n"
+                       "  2,Seam Convergence         ,Total Vertical Stress    \n"
+                       "  2,                       ft,                      psi\n"
+                       "1, 10\n2, 20\n3, 30\n4, 40\n5, 50\n6, 60\n7, 70\n8, 80\n");
+    run("zelk_convPlekGrid\n:press Select\n:file two.f1\n:show\n:select List = 4\n"
+        ":press Transfer\n:file stress.grd\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("Current Plekton file: "));
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("(question) Convert the item: Total Vertical Stress<2> in step 2 -> ok"));
+    EXPECT_THAT(run.transcript(), HasSubstr("stress.grd is saved!"));
+    grid::myGrid grid;
+    ASSERT_TRUE(grid.readGrid(run.host(), "stress.grd", true));
+    EXPECT_EQ(grid.title(), "Total Vertical Stress");
+    EXPECT_EQ(grid.origin().x, 100.0);
+    EXPECT_EQ(grid.cellWidthX(), 10.0);
+    EXPECT_EQ(grid.getValue(0, 0), 50.0); // columns outer, rows inner
+    EXPECT_EQ(grid.getValue(0, 1), 60.0);
+    EXPECT_EQ(grid.getValue(1, 0), 70.0);
+}
+
+TEST(Transfer, NamesTheFirstMissingLine) {
+    ScriptRun run;
+    run.folder().write("cut.f1", "1,4,10,2,2,0,0\n1,A\n1,ft\n1\n2\n3\n");
+    run("zelk_convPlekGrid\n:press Transfer\n:press Select\n:file cut.f1\n:select List = #1\n"
+        ":press Transfer\n:file a.grd\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) No items were selected!"));
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("Read an empty line in the input file for row 1 col 1"));
+    EXPECT_FALSE(std::filesystem::exists("a.grd"));
+}
+
+TEST(ResultHeaders, AreRefusedByTheirMessages) {
+    EXPECT_EQ(parseResultHeader("").error().text, "Read an empty line in the input file - CHR2-1");
+    EXPECT_EQ(parseResultHeader("1,2,3\n").error().text, "Only Read  3 Fields from Header Buffer");
+    EXPECT_EQ(parseResultHeader("1,4,10,2,2,0,0\n\n").error().text,
+              "Read an empty line in the input file - CHR2-2");
+    EXPECT_EQ(parseResultHeader("1,4,10,2,2,0,0\n1,A\n").error().text,
+              "Read an empty line in the input file - CHR2-3");
+    EXPECT_FALSE(parseResultHeader("1,2000000000,10,50000,40000,0,0\n1,A\n1,ft\n"));
+    EXPECT_FALSE(parseResultHeader("-1,4,10,2,2,0,0\n1,A\n1,ft\n"));
+}
+
+} // namespace
+} // namespace tessaran::stress
