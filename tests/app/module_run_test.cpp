@@ -49,7 +49,7 @@ TEST(Module, KnowsCommandsInAnyCapitalsAndNoMisspeltOnes) {
         "_Zelk_SetGrid\n:cancel\n"
         "'_zelk_zelkabout\n:show\n:ok\n"
         "ZELKMenu\n"
-        "zelk_plekton\n"
+        "zelk_gridUtility\n"
         "zelk_checkClosedPloylines\n");
     EXPECT_EQ(run.status(), 1);
     EXPECT_THAT(run.error(), HasSubstr(":10: "));
