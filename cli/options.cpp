@@ -74,6 +74,15 @@ void addSolve(CLI::App& app, Action& action) {
     sub->add_option("MODEL", options->model, "The input file (.inp)")->required();
 }
 
+void addCmrr(CLI::App& app, Action& action) {
+    const auto options = std::make_shared<CmrrOptions>();
+    CLI::App* sub =
+        subcommand(app, action, "cmrr", "The roof rating of a unit file", options, rateRoof);
+    sub->add_option("FILE", options->file, "The unit data (.cmr)")->required();
+    sub->add_flag("--report", options->report, "Show how the rating came about");
+    sub->add_flag("--overwrite", options->overwrite, "Replace grids written earlier");
+}
+
 // Commands whose folders are still to come; their names are taken.
 void addLater(CLI::App& app, Action& action, const char* name, const char* text) {
     CLI::App* sub = app.add_subcommand(name, text);
@@ -102,8 +111,8 @@ int parseAndRun(int argc, char** argv) {
     addPlot(app, action);
     addGrid(app, action);
     addSolve(app, action);
+    addCmrr(app, action);
     addLater(app, action, "inp", "Compose a solver input file");
-    addLater(app, action, "cmrr", "The roof rating of a unit file");
     app.require_subcommand(0, 1);
     try {
         app.parse(argc, argv);

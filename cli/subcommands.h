@@ -37,6 +37,13 @@ struct GridOptions {
 };
 int describeGrid(const GridOptions& options);
 
+struct CmrrOptions {
+    std::string file{};
+    bool report = false;
+    bool overwrite = false;
+};
+int rateRoof(const CmrrOptions& options);
+
 struct SolveOptions {
     std::string model{};
 };
