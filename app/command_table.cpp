@@ -24,13 +24,13 @@ void notAvailableYet(host::Host& host) {
 // In the order in which the host learns them.
 constexpr std::array kCommands{
     CommandRow{"zelk_setGrid", commandHandler<grid::zelk_setGrid>},
-    CommandRow{"zelk_gridFromContour", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridFromContour", commandHandler<factors::zelk_gridFromContour>},
     CommandRow{"zelk_gridFromPoint", commandHandler<factors::zelk_gridFromPoint>},
     CommandRow{"zelk_geoFeatures", commandHandler<factors::zelk_geoFeatures>},
     CommandRow{"zelk_sFactorInArea", commandHandler<factors::zelk_sFactorInArea>},
     CommandRow{"zelk_topoStressModel", commandHandler<notAvailableYet>},
     CommandRow{"zelk_horizStress", commandHandler<factors::zelk_horizStress>},
-    CommandRow{"zelk_topoGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_topoGrid", commandHandler<factors::zelk_topoGrid>},
     CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
     CommandRow{"zelk_plekton", commandHandler<stress::zelk_plekton>},
     CommandRow{"zelk_convPlekGrid", commandHandler<stress::zelk_convPlekGrid>},

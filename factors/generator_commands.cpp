@@ -1,5 +1,6 @@
 #include "factors/generator_commands.h"
 
+#include "factors/contour_pages.h"
 #include "factors/linear_pages.h"
 #include "factors/point_pages.h"
 #include "factors/stress_pages.h"
@@ -20,6 +21,16 @@ void runGenerator(host::Host& host, const std::string& title, host::DialogPage& 
 void zelk_gridFromPoint(host::Host& host) {
     CPointsTab page;
     runGenerator(host, "Create Grid from Survey Points", page);
+}
+
+void zelk_gridFromContour(host::Host& host) {
+    CTopoTab page(CTopoTab::Use::factor);
+    runGenerator(host, "Create Grid from Contours", page);
+}
+
+void zelk_topoGrid(host::Host& host) {
+    CTopoTab page(CTopoTab::Use::topography);
+    runGenerator(host, page.title(), page);
 }
 
 void zelk_geoFeatures(host::Host& host) {

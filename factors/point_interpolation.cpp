@@ -1,6 +1,6 @@
 #include "factors/point_interpolation.h"
 
-#include "base/parallel.h"
+#include "factors/column_batches.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +15,6 @@ using geometry::Point3;
 using grid::myGrid;
 
 constexpr double kAtThePoint = 1e-10; // a cell centre closer than this stands on the point
-constexpr int kColumnsBetweenPolls = 16;
 constexpr double kPointsABin = 2.0;
 constexpr double kMostBinsAPoint = 4.0;
 
@@ -212,25 +211,21 @@ PointGridResult gridPoints(const std::vector<Point3>& points, const PointSearch&
     PointGridResult out;
     const Bins bins(points, grid.cellWidthX());
     std::vector<Column> columns(static_cast<std::size_t>(grid.nX()) + 1);
-    for (int first = 0; first <= grid.nX(); first += kColumnsBetweenPolls) {
-        progress.setPosition(static_cast<long>(first) * grid.nY());
-        if (progress.cancelled())
-            return out;
-        const int last = std::min(grid.nX() + 1, first + kColumnsBetweenPolls);
-        base::parallelRanges(first, last, 1, [&](int begin, int end) {
-            CellSearch cells(points, bins, search, grid.cellWidthX());
-            for (int i = begin; i < end; ++i) {
-                Column& column = columns[static_cast<std::size_t>(i)];
-                for (int j = 0; j <= grid.nY(); ++j) {
-                    const CellSearch::Value value = cells.at(grid.cellCenter(i, j)->plan());
-                    if (!value.found)
-                        column.emptyRows.push_back(j);
-                    else
-                        grid.setValue(i, j, value.value);
-                    column.withoutNumber += value.found && std::isnan(value.value) ? 1 : 0;
-                }
+    const auto fill = [&](int begin, int end) {
+        CellSearch cells(points, bins, search, grid.cellWidthX());
+        for (int i = begin; i < end; ++i) {
+            Column& column = columns[static_cast<std::size_t>(i)];
+            for (int j = 0; j <= grid.nY(); ++j) {
+                const CellSearch::Value value = cells.at(grid.cellCenter(i, j)->plan());
+                if (!value.found)
+                    column.emptyRows.push_back(j);
+                else
+                    grid.setValue(i, j, value.value);
+                column.withoutNumber += value.found && std::isnan(value.value) ? 1 : 0;
             }
-        });
+        }
+    };
+    const auto tell = [&](int first, int last) {
         for (int i = first; i < last; ++i) {
             const Column& column = columns[static_cast<std::size_t>(i)];
             for (const int j : column.emptyRows)
@@ -239,8 +234,8 @@ PointGridResult gridPoints(const std::vector<Point3>& points, const PointSearch&
         }
         if (watch.columnsDone && first < grid.nX())
             watch.columnsDone(first, std::min(last, grid.nX()));
-    }
-    out.completed = true;
+    };
+    out.completed = inColumnBatches(grid.nX() + 1, grid.nY(), progress, fill, tell);
     return out;
 }
 

@@ -1,4 +1,5 @@
 #include "factors/point_interpolation.h"
+#include "support/literal_generators.h"
 
 #include <gtest/gtest.h>
 
@@ -12,42 +13,6 @@ using geometry::Point3;
 using grid::myGrid;
 
 namespace {
-
-// The stated search as it stands: the whole list scanned at every radius.
-struct Literal {
-    bool found = false;
-    double value = 0.0;
-};
-Literal literalValue(const std::vector<Point3>& points, const PointSearch& search, double width,
-                     Point2 c) {
-    std::vector<std::size_t> list;
-    double r = width;
-    do {
-        for (std::size_t k = 0; k < points.size(); ++k)
-            if (geometry::distance(points[k].plan(), c) <= r)
-                list.push_back(k);
-        r = r + width;
-    } while (static_cast<int>(list.size()) < search.minimumPoints && r < search.limit);
-    if (list.empty())
-        return {};
-    if (list.size() == 1)
-        return {true, points[list[0]].z};
-    double sum = 0.0;
-    double weights = 0.0;
-    if (search.interpolation == Interpolation::inverseDistance) {
-        for (const std::size_t k : list) {
-            const double d = geometry::distance(points[k].plan(), c);
-            if (d < 1e-10)
-                break;
-            weights += 1.0 / d;
-            sum += 1.0 / d * points[k].z;
-        }
-        return {true, sum / weights};
-    }
-    for (const std::size_t k : list)
-        sum += points[k].z;
-    return {true, sum / static_cast<double>(list.size())};
-}
 
 std::vector<Point3> scattered(unsigned seed, int count, double size) {
     std::mt19937 random(seed);
@@ -85,11 +50,11 @@ TEST(PointGrid, IsTheLiteralSearchBitForBit) {
             std::vector<std::pair<int, int>> expectedEmpty;
             for (int i = 0; i <= 31; ++i) {
                 for (int j = 0; j <= 22; ++j) {
-                    const Literal expected =
-                        literalValue(points, search, 5.0, grid.cellCenter(i, j)->plan());
-                    if (!expected.found)
+                    const auto expected =
+                        test::literalPointValue(points, search, 5.0, grid.cellCenter(i, j)->plan());
+                    if (!expected)
                         expectedEmpty.emplace_back(i, j);
-                    ASSERT_EQ(grid.getValue(i, j), expected.value) << i << "," << j;
+                    ASSERT_EQ(grid.getValue(i, j), expected.value_or(0.0)) << i << "," << j;
                 }
             }
             EXPECT_EQ(empty, expectedEmpty);
