@@ -17,7 +17,7 @@ using geometry::Vector2;
 constexpr std::size_t kFewestLines = 4;
 constexpr double kRightAngle = 1e-9;  // angles this near a right one count as right, radians
 constexpr double kSquareSlack = 1e-9; // of a cell width, so that rounding loses no touching line
-constexpr int kLinesOneByOne = 24;    // before the rest is gone through as a whole
+constexpr int kMostSteps = 200;       // through the index; then the rest is gone through as a whole
 constexpr double kFar = std::numeric_limits<double>::infinity();
 constexpr double kBoundSlack = 1.0 + 1e-12; // a run's extents may be rounded away from its segments
 
@@ -39,7 +39,7 @@ class CellContours {
         place_ = p;
         square_ = Box2{p, p}.enlarged(*half + kSquareSlack * width_);
         begin();
-        const std::optional<ContourPoint> nearest = takeNext();
+        const std::optional<ContourPoint> nearest = first();
         if (!nearest)
             return std::nullopt;
         return valueBetween(*nearest, partnerOf(*nearest)) - search_.datum;
@@ -75,6 +75,7 @@ class CellContours {
     void begin() {
         runs_.start(place_);
         waiting_.clear();
+        steps_ = 0;
         ++cell_;
     }
 
@@ -95,12 +96,25 @@ class CellContours {
         std::push_heap(waiting_.begin(), waiting_.end(), later);
     }
 
+    std::optional<ContourPoint> first() {
+        if (const auto next = takeNext())
+            return next;
+        const auto nearest = nearestOfRest([](const Box2&) { return true; },
+                                           [](const ContourPoint&) { return true; });
+        if (nearest)
+            takenFor_[nearest->line] = cell_;
+        return nearest;
+    }
+
+    // Nothing when there are no more, or when lines that do not count stand in the way for long.
     std::optional<ContourPoint> takeNext() {
         for (;;) {
             while (!waiting_.empty() && taken(waiting_.front().line))
                 dropFirst();
             const double known = waiting_.empty() ? kFar : waiting_.front().squared * kBoundSlack;
             if (!runs_.atEnd() && runs_.boundSquared() <= known) {
+                if (++steps_ > kMostSteps)
+                    return std::nullopt;
                 if (const std::size_t run = runs_.step(); run != runs_.kOnTheWay)
                     lookAtRun(run);
                 continue;
@@ -132,10 +146,7 @@ class CellContours {
 
     std::optional<ContourPoint> partnerOf(const ContourPoint& nearest) {
         std::optional<ContourPoint> ofOtherValue;
-        for (int k = 0; k < kLinesOneByOne; ++k) {
-            const std::optional<ContourPoint> next = takeNext();
-            if (!next)
-                return ofOtherValue;
+        while (const std::optional<ContourPoint> next = takeNext()) {
             if (acrossFrom(nearest, *next))
                 return next;
             if (!ofOtherValue && differs(nearest, *next))
@@ -164,16 +175,16 @@ class CellContours {
     template <class May, class Wanted>
     std::optional<ContourPoint> nearestOfRest(const May& may, const Wanted& wanted) const {
         std::optional<ContourPoint> best;
-        for (std::uint32_t line = 0; line < lines_.size(); ++line) {
+        lines_.extentsIndex().forEach(square_, [&](std::size_t line) {
             const Box2& box = lines_.extents(line);
-            if (!counts(line) || !may(box) ||
+            if (taken(line) || !may(box) ||
                 (best && geometry::distanceSquared(place_, box) > best->squared * kBoundSlack))
-                continue;
-            ContourPoint point{{}, kFar, line, 0};
+                return;
+            ContourPoint point{{}, kFar, 0, 0};
             lines_.nearestOfLine(line, place_, point);
             if (wanted(point) && (!best || point.before(*best)))
                 best = point;
-        }
+        });
         return best;
     }
 
@@ -196,6 +207,7 @@ class CellContours {
     std::vector<ContourPoint> waiting_;   // a heap, the nearest first
     std::vector<std::uint32_t> takenFor_; // number of the cell that a line was last taken for
     std::uint32_t cell_ = 0;
+    int steps_ = 0;
     Point2 place_;
     Box2 square_;
 };
