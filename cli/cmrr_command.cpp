@@ -67,9 +67,9 @@ int rateRoof(const CmrrOptions& options) {
     cmrr::InputGrids grids;
     PrintedAdvice advice;
     base::NoProgress nobody;
-    std::string reason;
-    if (const auto read = cmrr::needAll(*data, grids, advice, nobody, &reason); !read)
-        return fail(kFailed, read.error().text + (reason.empty() ? "" : "\n" + reason));
+    const auto need = cmrr::needAll(cmrr::gridsInUse(*data), grids, advice, nobody);
+    if (!need.ok())
+        return fail(kFailed, need.text + (need.reason.empty() ? "" : "\n" + need.reason));
     auto result = cmrr::rateRoof(*data, grids);
     if (!result)
         return fail(kFailed, result.error().text);

@@ -12,7 +12,6 @@
 namespace tessaran::cmrr {
 namespace {
 
-using base::Error;
 using base::ErrorKind;
 using base::Result;
 using grid::myGrid;
@@ -276,20 +275,18 @@ Result<const myGrid*> InputGrids::need(const std::string& file, GridKind kind,
     return &(*entry)->grid;
 }
 
-Result<void> needAll(const RoofData& data, InputGrids& grids, GridAdvice& advice,
-                     base::Progress& progress, std::string* reason) {
+GridNeed needAll(const std::vector<GridUse>& uses, InputGrids& grids, GridAdvice& advice,
+                 base::Progress& progress) {
+    using Outcome = GridNeed::Outcome;
     std::vector<std::string> earlier;
-    for (const GridUse& use : gridsInUse(data)) {
+    for (const GridUse& use : uses) {
         const auto grid = grids.need(use.file, use.kind, earlier, advice, progress);
-        if (!grid) {
-            const Error& error = grid.error();
-            const bool unread = error.kind == ErrorKind::io || error.kind == ErrorKind::format;
-            if (!unread)
-                return error;
-            if (reason != nullptr)
-                *reason = error.message();
-            return base::formatError(readErrorText(use));
-        }
+        if (!grid && grid.error().kind == ErrorKind::range)
+            return {Outcome::misfit, use, grid.error().text, {}};
+        if (!grid && grid.error().kind == ErrorKind::cancelled)
+            return {Outcome::dropped, use, grid.error().text, {}};
+        if (!grid)
+            return {Outcome::unread, use, readErrorText(use), grid.error().message()};
         earlier.push_back(use.file);
     }
     return {};

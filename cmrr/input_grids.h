@@ -90,9 +90,24 @@ class InputGrids {
     std::size_t filesRead_ = 0;
 };
 
-// All grids in use, each against the earlier ones. The error's text is what the user is told;
-// `reason`, where given, is set to what lay behind a failed read. Cancelled: the user dropped one.
-base::Result<void> needAll(const RoofData& data, InputGrids& grids, GridAdvice& advice,
-                           base::Progress& progress, std::string* reason = nullptr);
+// How it went with several grids.
+struct GridNeed {
+    enum class Outcome {
+        allRead,
+        unread,  // a file could not be read
+        misfit,  // a grid does not lie as the earlier ones
+        dropped, // the user does not go on with it
+    };
+    Outcome outcome = Outcome::allRead;
+    GridUse use{};        // the one that it stopped at
+    std::string text{};   // what the user is told
+    std::string reason{}; // what lay behind a failed read
+
+    bool ok() const { return outcome == Outcome::allRead; }
+};
+
+// In order, each against the earlier ones.
+GridNeed needAll(const std::vector<GridUse>& uses, InputGrids& grids, GridAdvice& advice,
+                 base::Progress& progress);
 
 } // namespace tessaran::cmrr

@@ -198,7 +198,8 @@ class Writer {
         text_ += '\n';
     }
     void input(const Input& input) {
-        line(input.fromFile ? 1 : 0, shown(input.constant), relative(input.file));
+        line(input.fromFile && !input.file.empty() ? 1 : 0, shown(input.constant),
+             relative(input.file));
     }
     std::string relative(const std::string& path) {
         if (path.find_first_of("\r\n") != std::string::npos)
@@ -224,8 +225,9 @@ class Writer {
 };
 
 void writeUnit(Writer& out, const CUnit& unit) {
-    out.line(code(unit.type), code(unit.ratingSource), shown(unit.rating),
-             out.relative(unit.ratingFile));
+    const bool noFile = unit.ratingSource == RatingSource::file && unit.ratingFile.empty();
+    out.line(code(unit.type), code(noFile ? RatingSource::none : unit.ratingSource),
+             shown(unit.rating), out.relative(unit.ratingFile));
     out.input(unit.thickness);
     const Observation& seen = unit.observation;
     out.input(seen.strengthIndex);

@@ -1,5 +1,7 @@
 #include "console/plain_commands.h"
 
+#include "cmrr/cmrr_commands.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -9,6 +11,11 @@ namespace tessaran::console {
 namespace {
 
 constexpr const char* kGroup = "TESSARAN_HOST";
+
+// Not one of the module's commands: the CAD host has no name for it.
+void roofRatingCommand(ConsoleHost& host) {
+    cmrr::CMRR(host);
+}
 
 constexpr std::array kCommands{
     PlainCommand{"NEW", "begins an empty drawing", newDrawing, false},
@@ -30,6 +37,7 @@ constexpr std::array kCommands{
     PlainCommand{"UNDO", "takes commands back", undoCommand, false},
     PlainCommand{"REDO", "does again what was taken back", redoCommand, false},
     PlainCommand{"LIST", "describes objects", listCommand, true},
+    PlainCommand{"CMRR", "rates the roof from its rock units", roofRatingCommand, true},
     PlainCommand{"HELP", "prints the commands", helpCommand, true},
     PlainCommand{"MENU", "prints the menu", menuCommand, true},
 };

@@ -60,8 +60,8 @@ std::optional<VariableValue> converted(const VariableValue& value, const Variabl
 
 const std::vector<std::string>& derivedNames() {
     static const std::vector<std::string> names = {
-        "CLAYER", "DBMOD",   "DWGNAME", "DWGPREFIX",  "EXTMAX",  "EXTMIN",  "LASTPOINT",
-        "UCSORG", "UCSXDIR", "UCSYDIR", "SCREENSIZE", "VIEWCTR", "VIEWSIZE"};
+        "CLAYER",    "DBMOD",  "DWGNAME", "DWGPREFIX", "DWGTITLED",  "EXTMAX",  "EXTMIN",
+        "LASTPOINT", "UCSORG", "UCSXDIR", "UCSYDIR",   "SCREENSIZE", "VIEWCTR", "VIEWSIZE"};
     return names;
 }
 
@@ -90,6 +90,8 @@ std::optional<VariableValue> Variables::derived(const std::string& name) const {
         return nameOf(document);
     if (name == "DWGPREFIX")
         return folderOf(database.path());
+    if (name == "DWGTITLED") // whether the drawing has a file
+        return database.path().empty() ? 0 : 1;
     if (name == "LASTPOINT")
         return document.lastPoint;
     if (name == "SCREENSIZE")

@@ -75,6 +75,12 @@ std::optional<std::string> chooseFile(Host& host, FileRequest::Mode mode,
     return ask(host, {mode, title, extension, fileFilter(extension), proposed, startFolder(host)});
 }
 
+std::optional<std::string> chooseFile(Host& host, FileRequest request) {
+    if (request.folder.empty())
+        request.folder = startFolder(host);
+    return ask(host, request);
+}
+
 std::optional<std::string> chooseFileAt(Host& host, FileRequest::Mode mode,
                                         const std::string& extension, const std::string& path,
                                         const std::string& title) {

@@ -40,6 +40,9 @@ std::optional<std::string> chooseFile(Host& host, FileRequest::Mode mode,
                                       const std::string& proposed = {},
                                       const std::string& title = "File Name");
 
+// The same with a filter of one's own.
+std::optional<std::string> chooseFile(Host& host, FileRequest request);
+
 // The same, standing on a path that is known already, which brings its own folder.
 std::optional<std::string> chooseFileAt(Host& host, FileRequest::Mode mode,
                                         const std::string& extension, const std::string& path,

@@ -54,8 +54,8 @@ class RoofRating : public testing::Test {
     }
     base::Result<RoofResult> rate() {
         base::NoProgress nobody;
-        const auto read = needAll(data, grids, advice, nobody);
-        return read ? rateRoof(data, grids) : read.error();
+        const GridNeed need = needAll(gridsInUse(data), grids, advice, nobody);
+        return need.ok() ? rateRoof(data, grids) : base::stateError(need.text);
     }
     static std::vector<double> cells(const grid::myGrid& grid) {
         std::vector<double> values;
@@ -240,7 +240,8 @@ TEST_F(RoofRating, BadPointsWarnThenAsk) {
                             "file?"));
     advice.answer = false;
     grids = InputGrids();
-    EXPECT_EQ(rate().error().kind, base::ErrorKind::cancelled);
+    base::NoProgress nobody;
+    EXPECT_EQ(needAll(gridsInUse(data), grids, advice, nobody).outcome, GridNeed::Outcome::dropped);
 }
 
 TEST_F(RoofRating, ThicknessAsksAtTheSecondPoint) {
