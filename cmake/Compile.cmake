@@ -4,7 +4,7 @@
 function(tessaran_compile target)
   target_include_directories(${target} PRIVATE ${CMAKE_SOURCE_DIR} ${CMAKE_BINARY_DIR}/generated)
   target_compile_options(${target} PRIVATE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Werror
     # Fused multiply-add would make results depend on the machine.
     -ffp-contract=off)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -21,8 +21,7 @@ using host::Point3;
 using host::Region;
 using std::numbers::pi;
 
-constexpr int kIdsFrom = 700;    // version from which records carry an id and a pattern pointer
-constexpr int kParamsFrom = 500; // version from which edges carry parameters
+constexpr int kIdsFrom = 700; // version from which records carry an id and a pattern pointer
 
 base::Error broken(std::string text) {
     return base::formatError("solid modeller data: " + std::move(text));

@@ -443,10 +443,20 @@ void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
         write(writer, record, reactors);
         return;
     }
-    const EntityParts parts = splitEntity(tags, values_);
-    rewriteCommon(writer, parts.common, record, before.entity, reactors);
+    EntityParts parts = splitEntity(tags, values_);
     const bool sameShape = std::holds_alternative<host::Other>(geometry) ||
                            fingerprint(before.entity.geometry) == fingerprint(geometry);
+    if (!hasClassPart(parts)) {
+        // Damaged: what describes the shape cannot be told from the rest, so it is written anew.
+        if (!sameShape) {
+            write(writer, record, reactors);
+            if (std::holds_alternative<host::Insert>(geometry))
+                writeRaw(writer, parts.children);
+            return;
+        }
+        parts.body = {};
+    }
+    rewriteCommon(writer, parts.common, record, before.entity, reactors);
     host::EntityGeometry shape = geometry;
     if (sameShape) {
         writeRaw(writer, parts.body);

@@ -21,6 +21,9 @@ struct EntityParts {
 
 // Old files have no class markers: common and body are then the whole record both.
 EntityParts splitEntity(std::span<const Tag> tags, const TagValues& values);
+inline bool hasClassPart(const EntityParts& parts) {
+    return parts.body.data() != parts.common.data();
+}
 
 // The records among an entity's parts, each from its group code 0 on.
 std::vector<std::span<const Tag>> childRecords(std::span<const Tag> children);

@@ -178,6 +178,7 @@ void Scanner::continueRecord(const Tag& tag) {
         break;
     case 100:
         handleOpen_ = false; // a later 5 is data
+        record.marked = true;
         break;
     case 67:
         if (record.place == SourcePlace::entity && tag.begin > record.begin &&

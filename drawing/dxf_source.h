@@ -41,6 +41,7 @@ struct SourceRecord {
     std::uint64_t handle = 0; // as the file gives it; 0: none
     std::uint32_t tag = 0;    // number of the record's first tag; its line is 2 * tag + 1
     SourcePlace place = SourcePlace::other;
+    bool marked = false;  // it has a class marker (group code 100)
     bool foreign = false; // an entity's part that the drawing holds under another entity's handle
     // The entity's handle in the drawing: as the file's, or another one where the file gives the
     // same handle twice.

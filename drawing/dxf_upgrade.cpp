@@ -62,6 +62,7 @@ struct Contents {
     bool entitySection = false;
     bool ended = false;
     bool handlesMissing = false;
+    bool markersMissing = false;
     bool root = false; // a dictionary of named objects
 
     explicit Contents(const SourceFile& file);
@@ -121,6 +122,7 @@ Contents::Contents(const SourceFile& file) {
         case SourcePlace::paperEntity:
             entities.push_back(&record);
             handlesMissing = handlesMissing || record.handle == 0;
+            markersMissing = markersMissing || !record.marked;
             break;
         case SourcePlace::classes:
             classes.push_back(&record);
@@ -574,6 +576,7 @@ std::string whatIsMissing(const SourceFile& file) {
     want(contents.entitySection, "the section of entities");
     want(contents.root, "the dictionary of named objects");
     want(!contents.handlesMissing, "handles of entities");
+    want(!contents.markersMissing, "class markers of entities");
     want(contents.ended, "the end mark");
     if (missing.empty())
         return {};
