@@ -5,6 +5,7 @@
 #include "cmrr/unit_rating.h"
 
 #include <cmath>
+#include <limits>
 #include <vector>
 
 namespace tessaran::cmrr {
@@ -46,6 +47,7 @@ double inputState(double value) {
     return value > 0.0 ? 0.0 : kNotRated;
 }
 
+// The parts that follow from numbers are worked out once.
 class CoreRating {
   public:
     CoreRating(const CoreData& data, const InputGrids& grids)
@@ -54,41 +56,54 @@ class CoreRating {
             diametral_ = Source(data.diametralIs50, grids);
         if (data.fractures != Fractures::none)
             fractures_ = Source(data.fractures == Fractures::rqd ? data.rqd : data.spacing, grids);
+        evenStrength_ = axial_.isGrid() ? 0.0 : strength(axial_.at(0));
+        evenCohesion_ = diametral_.isGrid() ? 0.0 : cohesion(diametral_.at(0));
+        evenIntensity_ = fractures_.isGrid() ? 0.0 : intensity(fractures_.at(0));
     }
 
     bool isGrid() const { return diametral_.isGrid() || fractures_.isGrid() || axial_.isGrid(); }
     double at(std::size_t k) const {
         const double axial = axial_.at(k);
-        const bool tested = data_.diametralTest == DiametralTest::is50;
-        const double diametral = tested ? diametral_.at(k) : 1.0;
-        const double fractures = data_.fractures != Fractures::none ? fractures_.at(k) : 1.0;
+        const double diametral = diametral_.at(k);
+        const double fractures = fractures_.at(k);
         const double state =
             std::min({inputState(axial), inputState(diametral), inputState(fractures)});
         if (state != 0.0)
             return state;
-        const double cohesion =
-            tested ? diametralRating(diametral) : diametralEstimateRating(data_.estimate);
-        return strengthRating(data_.axialTest == AxialTest::ucs ? axial : ucsFromIs50(axial)) +
-               discontinuityRating(cohesion, fractures);
+        return (axial_.isGrid() ? strength(axial) : evenStrength_) +
+               std::min(diametral_.isGrid() ? cohesion(diametral) : evenCohesion_,
+                        fractures_.isGrid() ? intensity(fractures) : evenIntensity_);
     }
 
   private:
-    double discontinuityRating(double cohesion, double fractures) const {
+    static constexpr double kNoFractures = std::numeric_limits<double>::infinity();
+
+    double strength(double axial) const {
+        return strengthRating(data_.axialTest == AxialTest::ucs ? axial : ucsFromIs50(axial));
+    }
+    double cohesion(double diametral) const {
+        return data_.diametralTest == DiametralTest::is50 ? diametralRating(diametral)
+                                                          : diametralEstimateRating(data_.estimate);
+    }
+    double intensity(double fractures) const {
         switch (data_.fractures) {
         case Fractures::rqd:
-            return std::min(cohesion, rqdRating(fractures));
+            return rqdRating(fractures);
         case Fractures::spacing:
-            return std::min(cohesion, spacingRating(fractures));
+            return spacingRating(fractures);
         case Fractures::none:
             break;
         }
-        return cohesion;
+        return kNoFractures; // the cohesion alone counts
     }
 
     const CoreData& data_;
-    Source diametral_;
-    Source fractures_;
+    Source diametral_{1.0}; // inputs not in use are in order
+    Source fractures_{1.0};
     Source axial_;
+    double evenStrength_ = 0.0;
+    double evenCohesion_ = 0.0;
+    double evenIntensity_ = 0.0;
 };
 
 class ObservedRating {
@@ -151,9 +166,37 @@ std::unique_ptr<myGrid> ratingGrid(const myGrid& frame, const Rating& rating) {
     return grid;
 }
 
+// Rows are summed by themselves, so that the mean does not depend on the threads.
 Range rangeOf(const myGrid& grid) {
-    const grid::MinMax ends = grid.getMinMax().value_or(grid::MinMax{});
-    return {grid.getMean(), ends.min, ends.max, grid.countWithoutValue()};
+    constexpr double kNoEnd = std::numeric_limits<double>::infinity();
+    std::vector<Range> rows(static_cast<std::size_t>(grid.nY()), Range{0.0, kNoEnd, -kNoEnd, 0});
+    base::parallelRanges(0, grid.nY(), kRowGrain, [&](int begin, int end) {
+        for (int j = begin; j < end; ++j) {
+            Range range = rows[static_cast<std::size_t>(j)];
+            for (const double value : grid.row(j).first(static_cast<std::size_t>(grid.nX()))) {
+                if (!base::hasValue(value)) {
+                    ++range.withoutValue;
+                    continue;
+                }
+                range.mean += value;
+                range.lowest = std::min(range.lowest, value);
+                range.highest = std::max(range.highest, value);
+            }
+            rows[static_cast<std::size_t>(j)] = range;
+        }
+    });
+    Range all{0.0, kNoEnd, -kNoEnd, 0};
+    for (const Range& row : rows) {
+        all.mean += row.mean;
+        all.lowest = std::min(all.lowest, row.lowest);
+        all.highest = std::max(all.highest, row.highest);
+        all.withoutValue += row.withoutValue;
+    }
+    const auto cells = static_cast<std::size_t>(grid.nX()) * static_cast<std::size_t>(grid.nY());
+    if (all.withoutValue == cells)
+        return {0.0, 0.0, 0.0, cells};
+    all.mean /= static_cast<double>(cells - all.withoutValue);
+    return all;
 }
 
 // Null where the rating is a number.
