@@ -70,7 +70,8 @@ TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
     EXPECT_THAT(run.transcript(), HasSubstr("2369 Pillar objects from: "
                                             "PILLARS,BARRIERS,SOLID_COAL,GOB"));
     EXPECT_THAT(run.drawing().group("ZELK Lengend"), SizeIs(20)) << "ten bands, ten labels";
-    for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults"})
+    for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults", "shale",
+                             "surface", "fault_influence", "stress"})
         EXPECT_TRUE(run.folder().has(std::string(grid) + "_index.grd")) << grid;
 
     const std::set<std::string> drawn = entityRecords(plan);
