@@ -30,7 +30,7 @@ def read_grid(name):
 
 def outlines(space, layers):
     return [Polygon([(v.x, v.y) for v in path.make_path(e).flattening(0.002)]).buffer(0)
-            for e in space.query("LWPOLYLINE") if e.dxf.layer in layers]
+            for e in space.query("LWPOLYLINE POLYLINE") if e.dxf.layer in layers]
 
 
 def hatch_shape(hatch):

@@ -85,3 +85,32 @@ TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
         "map.dxf stability.grd STABILITY_MAP PILLARS BARRIERS SOLID_COAL GOB");
     EXPECT_EQ(seen.status, 0) << seen.output;
 }
+
+TEST(OtherPlans, AreMappedFromDrawingsOfOtherPrograms) {
+    const std::string scripts = std::string(TESSARAN_SOURCE_DIR) + "/tests/cli/";
+    tessaran::test::ScriptRun run;
+    const auto made = tessaran::test::runScript(scripts + "make_plan.py", "plan.dxf");
+    ASSERT_EQ(made.status, 0) << made.output;
+    run.open("plan.dxf");
+    run.saveTo("map.dxf");
+    run("zelk_setGrid\n"
+        ":set Number of Cells in X Direction = 60\n:set Number of Cells in Y Direction = 45\n"
+        ":set Cell Width in X Direction = 4\n:set Cell Width in Y Direction = 4\n"
+        ":set X Coordinate of Grid Origin = 0\n:set Y Coordinate of Grid Origin = 0\n:ok\n"
+        "zelk_sFactorInArea\n:page Area Factor\n:set Inside Boundary = 90\n"
+        ":set Outside Boundary = 10\n:choose Area Based\n:set Min. Area Inside (%) = 50\n"
+        ":press Build Grid\n:answer yes\n:set Output File (.grd) = west.grd\n"
+        ":press Save Grid\n:answer ok\n:ok\n"
+        "zelk_genFactor\n:set Input File = west.grd\n:ok\n:set Function = Linear\n"
+        ":uncheck Preview Final Grid\n:ok\n"
+        "zelk_StabilityIndex\n:press Select Index Grid\n:file west_index.grd\n:set Name = West\n"
+        ":press Add\n:press Create Index\n:answer yes\n:file stability.grd\n:cancel\n"
+        "zelk_indexMapping\n:set Index Grid File = stability.grd\n:set Pillar Layers = COAL\n"
+        ":set Mapping Layer = MAP\n:press Analyze\n\nYes\n:press Hatch\n\nYes\n:press Exit\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("48 Pillar objects from: COAL"));
+    EXPECT_THAT(run.transcript(), HasSubstr("2 hatchs are created"));
+    const auto seen =
+        tessaran::test::runScript(scripts + "check_map.py", "map.dxf stability.grd MAP COAL");
+    EXPECT_EQ(seen.status, 0) << seen.output;
+}
