@@ -7,7 +7,6 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -52,15 +51,28 @@ struct Include {
     std::string target;
 };
 
+// What an include line names; nothing for other lines.
+std::string includedBy(const std::string& line) {
+    const std::size_t hash = line.find_first_not_of(" \t");
+    if (hash == std::string::npos || line[hash] != '#')
+        return {};
+    const std::size_t word = line.find_first_not_of(" \t", hash + 1);
+    if (word == std::string::npos || line.compare(word, 7, "include") != 0)
+        return {};
+    const std::size_t open = line.find_first_of("<\"", word);
+    const std::size_t close = line.find_first_of(">\"", open + 1);
+    if (open == std::string::npos || close == std::string::npos)
+        return {};
+    return line.substr(open + 1, close - open - 1);
+}
+
 std::vector<Include> includesOf(const fs::path& file) {
-    static const std::regex pattern(R"(^\s*#\s*include\s*[<"]([^>"]+)[>"])");
     std::vector<Include> out;
     std::ifstream in(file);
     std::string text;
     for (int line = 1; std::getline(in, text); ++line) {
-        std::smatch match;
-        if (std::regex_search(text, match, pattern))
-            out.push_back({fs::relative(file, kSource).string(), line, match[1]});
+        if (const std::string name = includedBy(text); !name.empty())
+            out.push_back({fs::relative(file, kSource).string(), line, name});
     }
     return out;
 }
