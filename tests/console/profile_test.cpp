@@ -28,7 +28,7 @@ TEST(Profile, OutlivesTheProgramThatWroteIt) {
 TEST(Profile, TakesWhatItCanOfADamagedFile) {
     const TemporaryFolder folder;
     folder.write("profile.ini",
-                 std::string("noise\n[Settings\nX=1\n[Settings]\r\nX=2\r\n=\n\0", 46));
+                 std::string("noise\n[Settings\nX=1\n[Settings]\r\nX=2\r\n=\n") + '\0');
     const ProfileFile profile(folder / "profile.ini");
     EXPECT_EQ(profile.read("Settings", "X"), "2");
 }
