@@ -141,7 +141,7 @@ TEST(Architecture, FoldersOfTheTableAreThoseOfTheHouse) {
     for (const auto& entry : fs::directory_iterator(kSource)) {
         const std::string name = entry.path().filename().string();
         const bool ours = entry.is_directory() && name[0] != '.' &&
-                          !Names{"build",   "tests",    "bench",    "cmake",     "docs",
+                          !Names{"build",   "out",      "tests",    "bench",     "cmake", "docs",
                                  "scripts", "examples", "licenses", "packaging", "debian"}
                                .contains(name);
         EXPECT_TRUE(!ours || allowed().contains(name)) << name;
