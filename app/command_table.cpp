@@ -11,6 +11,7 @@
 #include "index/factor_commands.h"
 #include "index/mapping_commands.h"
 #include "stress/plekton_commands.h"
+#include "stress/topo_commands.h"
 
 #include <array>
 
@@ -28,7 +29,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_gridFromPoint", commandHandler<factors::zelk_gridFromPoint>},
     CommandRow{"zelk_geoFeatures", commandHandler<factors::zelk_geoFeatures>},
     CommandRow{"zelk_sFactorInArea", commandHandler<factors::zelk_sFactorInArea>},
-    CommandRow{"zelk_topoStressModel", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_topoStressModel", commandHandler<stress::zelk_topoStressModel>},
     CommandRow{"zelk_horizStress", commandHandler<factors::zelk_horizStress>},
     CommandRow{"zelk_topoGrid", commandHandler<factors::zelk_topoGrid>},
     CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},

@@ -68,6 +68,8 @@ int solveModel(const SolveOptions& options) {
         fmt::print(stderr, "{}\n", base::trimmed(prepared.error().message()));
         return kFailed;
     }
+    for (const std::string& warning : prepared->warnings)
+        fmt::print(stderr, "{}\n", warning);
     std::signal(SIGINT, onInterrupt);
     stress::RunReport report;
     {

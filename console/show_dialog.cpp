@@ -57,7 +57,7 @@ class Printer {
     }
 
     void show(const Control& control, int depth) {
-        const std::string label = shownLabel(control.label);
+        const std::string label = shownLabel(host::labelWithUnit(control));
         const std::string tail = session_.isEnabled(control) ? "" : " (disabled)";
         const std::string text = session_.text(control);
         switch (control.kind) {

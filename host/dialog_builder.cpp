@@ -53,6 +53,11 @@ ControlBuilder& ControlBuilder::tip(std::string text) {
     return *this;
 }
 
+ControlBuilder& ControlBuilder::unit(std::function<std::string()> text) {
+    control_.unit = std::move(text);
+    return *this;
+}
+
 ControlBuilder& ControlBuilder::enabledWhen(std::function<bool()> condition) {
     control_.enabled = std::move(condition);
     return *this;

@@ -41,6 +41,7 @@ struct Control {
     std::string label; // as shown: "&" before the mnemonic, "< " where the dialog hides
     std::string group; // the title of the group box around it; may be empty
     std::string toolTip;
+    std::function<std::string()> unit; // shown behind the label in parentheses; empty: none
 
     // text, information, check ("0" or "1"), radio (number of the option, -1 none), dropList,
     // names: the member as text, and back. A failed `store` says why in its error's text.
@@ -73,6 +74,7 @@ class ControlBuilder {
 
     ControlBuilder& group(std::string title);
     ControlBuilder& tip(std::string text);
+    ControlBuilder& unit(std::function<std::string()> text);
     ControlBuilder& enabledWhen(std::function<bool()> condition);
     ControlBuilder& onChange(std::function<void(DialogSession&, const std::string& before)> action);
     ControlBuilder& onChange(std::function<void(DialogSession&)> action);
@@ -286,6 +288,9 @@ class DialogSession {
 
 // Opens and runs the dialog on the host; whether it ended by OK.
 bool runDialog(Host& host, Dialog& dialog);
+
+// A control's label as it is shown, with its unit: "Seam Z (ft)".
+std::string labelWithUnit(const Control& control);
 
 // A label as it is compared: "< &Build Grid" gives "build grid".
 std::string plainLabel(std::string_view label);

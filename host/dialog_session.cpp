@@ -74,7 +74,9 @@ std::optional<DialogSession::Place> findOn(const DialogSession::PageControls& pa
             for (std::size_t k = 0; k < control->options.size(); ++k)
                 if (plainLabel(control->options[k]) == wanted.label && --left == 0)
                     return DialogSession::Place{number, control.get(), static_cast<int>(k)};
-        } else if (plainLabel(control->label) == wanted.label && --left == 0) {
+        } else if ((plainLabel(control->label) == wanted.label ||
+                    plainLabel(labelWithUnit(*control)) == wanted.label) &&
+                   --left == 0) {
             return DialogSession::Place{number, control.get(), -1};
         }
     }
@@ -92,6 +94,10 @@ std::optional<std::string> matchingChoice(const Control& control, const std::str
 }
 
 } // namespace
+
+std::string labelWithUnit(const Control& control) {
+    return control.unit ? control.label + " (" + control.unit() + ")" : control.label;
+}
 
 std::string plainLabel(std::string_view label) {
     std::string_view rest = base::trimmed(label);

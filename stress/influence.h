@@ -9,19 +9,11 @@
 // over the rectangular window of 10 |h| to each side is exact.
 
 #include "base/progress.h"
+#include "stress/model.h"
 
 #include <vector>
 
 namespace tessaran::stress {
-
-// A rectangle of square elements in plan; the field on it runs column by column.
-struct ElementField {
-    double x = 0.0; // of the low-left corner
-    double y = 0.0;
-    double width = 0.0; // of an element
-    int nX = 0;
-    int nY = 0;
-};
 
 struct Influence {
     double modulus = 0.0; // E of the host rock

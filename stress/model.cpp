@@ -4,10 +4,13 @@
 
 namespace tessaran::stress {
 
+double laminationConstant(double poissonsRatio, double laminationThickness) {
+    return std::sqrt(laminationThickness * laminationThickness /
+                     (12.0 * (1.0 - poissonsRatio * poissonsRatio)));
+}
+
 double laminationConstant(const CModelDat& model) {
-    const double t = model.laminationThickness;
-    const double nu = model.poissonsRatio;
-    return std::sqrt(t * t / (12.0 * (1.0 - nu * nu)));
+    return laminationConstant(model.poissonsRatio, model.laminationThickness);
 }
 
 } // namespace tessaran::stress

@@ -9,6 +9,8 @@
 // compression. Element (1, 1) is the south-west one in the files; in memory indices start at 0.
 
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,6 +59,27 @@ struct Boundaries {
     int east = 0;
     int south = 0;
     int west = 0;
+};
+
+// A rectangle of square elements in plan; a field on it runs column by column.
+struct ElementField {
+    double x = 0.0; // of the low-left corner
+    double y = 0.0;
+    double width = 0.0; // of an element
+    int nX = 0;
+    int nY = 0;
+};
+
+// Values of square blocks at a level: stresses, or depths.
+struct TopographicGrid {
+    ElementField blocks;
+    double datum = 0.0; // Z of the level
+    std::vector<double> values;
+
+    double at(int i, int j) const {
+        return values[static_cast<std::size_t>(i) * static_cast<std::size_t>(blocks.nY) +
+                      static_cast<std::size_t>(j)];
+    }
 };
 
 struct OffSeamGrid {
@@ -117,12 +140,15 @@ struct CModelDat {
 
     std::vector<std::vector<ElementCodes>> codes; // [step][seam]
 
+    std::optional<TopographicGrid> topography; // stresses at its datum
+
     int seamCount() const { return static_cast<int>(seams.size()); }
     int elements() const { return nX * nY; }
     const Units& units() const { return kUnits[static_cast<std::size_t>(unitSystem)]; }
 };
 
 // The lamination constant of the host rock: sqrt(t^2 / (12 (1 - nu^2))), a length.
+double laminationConstant(double poissonsRatio, double laminationThickness);
 double laminationConstant(const CModelDat& model);
 
 } // namespace tessaran::stress

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cmath>
 #include <iterator>
 
 namespace tessaran::stress {
@@ -93,19 +94,11 @@ std::string seamsBlock(const CModelDat& model) {
     return out;
 }
 
-std::string controlBlock(const CModelDat& model) {
-    return fmt::format("  PROGRAM FLOW CONTROL PARAMETERS\n\n"
-                       "  OVER RELAXATION FACTOR          -- {:f}\n"
-                       "  MAXIMUM NO. OF ITERATIONS       -- {}\n"
-                       "  STRESS CONVERGENCE CRITERION    -- {:f}\n"
-                       "  STARTING MINING STEP NUMBER     -- {}\n"
-                       "  NUMBER OF NEW STEPS             -- {}\n"
-                       "  INCLUDE SURFACE EFFECTS         -- {}\n"
-                       "  NO. OF OFF SEAM PLANES SELECTED -- {}\n"
-                       "  CALCULATE TOPOGRAPHIC STRESS    -- {}\n",
-                       model.overRelaxation, model.maxIterations, model.convergenceCriterion,
-                       model.startingStep, model.steps, model.surfaceEffects ? 1 : 0,
-                       model.offSeamDisplacements ? 1 : 0, model.topographicStress ? 1 : 0);
+TopographicBlocks blocksOf(const CModelDat& model) {
+    const TopographicGrid& t = *model.topography;
+    const double seam1 = model.seams.empty() ? 0.0 : model.seams.front().z;
+    return {t.blocks.x,     t.blocks.y,  t.datum,    std::abs(seam1) - std::abs(t.datum),
+            t.blocks.width, t.blocks.nX, t.blocks.nY};
 }
 
 std::string boundariesBlock(const Boundaries& b) {
@@ -175,6 +168,21 @@ std::string gridBlock(const CModelDat& model) {
                        model.seamCount(), model.elementWidth, model.nX, model.nY, model.gradient);
 }
 
+std::string controlBlock(const CModelDat& model) {
+    return fmt::format("  PROGRAM FLOW CONTROL PARAMETERS\n\n"
+                       "  OVER RELAXATION FACTOR          -- {:f}\n"
+                       "  MAXIMUM NO. OF ITERATIONS       -- {}\n"
+                       "  STRESS CONVERGENCE CRITERION    -- {:f}\n"
+                       "  STARTING MINING STEP NUMBER     -- {}\n"
+                       "  NUMBER OF NEW STEPS             -- {}\n"
+                       "  INCLUDE SURFACE EFFECTS         -- {}\n"
+                       "  NO. OF OFF SEAM PLANES SELECTED -- {}\n"
+                       "  CALCULATE TOPOGRAPHIC STRESS    -- {}\n",
+                       model.overRelaxation, model.maxIterations, model.convergenceCriterion,
+                       model.startingStep, model.steps, model.surfaceEffects ? 1 : 0,
+                       model.offSeamDisplacements ? 1 : 0, model.topographicStress ? 1 : 0);
+}
+
 std::string topographicBlock(const TopographicBlocks& b) {
     return fmt::format("  TOPOGRAPHIC GRID DETAILS\n\n"
                        "  X COORDINATE OF TOPOGRAPHIC GRID ORIGIN    -- {:f}\n"
@@ -200,6 +208,8 @@ std::string modelEcho(const CModelDat& model) {
     if (model.offSeamDisplacements)
         out += offSeamBlock(model.offSeam);
     appendCodes(out, model);
+    if (model.topography)
+        out += topographicBlock(blocksOf(model));
     return out;
 }
 

@@ -14,6 +14,7 @@ std::string modelEcho(const CModelDat& model);
 // The blocks of the echo that other programs of this folder print for themselves.
 std::string rockMassBlock(const CModelDat& model);
 std::string gridBlock(const CModelDat& model);
+std::string controlBlock(const CModelDat& model);
 
 // The grid of topographic blocks of a run with topographic stress on.
 struct TopographicBlocks {

@@ -4,6 +4,8 @@
 #include "stress/model_echo.h"
 #include "stress/model_reader.h"
 #include "stress/result_file.h"
+#include "stress/topo_model.h"
+#include "stress/topo_stress_file.h"
 
 #include <fmt/format.h>
 
@@ -43,6 +45,25 @@ std::string seamSummary(const CModelDat& model, const SeamState& seam, int numbe
                        put != 0.0 ? 100.0 * carried / put : 0.0);
 }
 
+// The stresses of the file BASE.top, where the model asks for them.
+base::Result<void> addTopography(PreparedRun& run) {
+    if (!run.model.topographicStress)
+        return {};
+    const std::string file = run.base.string() + ".top";
+    TopoReading reading = readTopoStress(file);
+    if (!reading.ok())
+        return base::formatError(reading.message, file, reading.line);
+    if (reading.holdsDepths())
+        run.warnings.push_back(file + " says \"Overburden Depth\": a file of depths is taken for "
+                                      "one of stresses.");
+    run.model.topography = std::move(reading.grid);
+    if (const std::string fault = topographyFault(run.model); !fault.empty())
+        return base::formatError(fault, file);
+    for (std::string& warning : topographyWarnings(run.model))
+        run.warnings.push_back(std::move(warning));
+    return {};
+}
+
 } // namespace
 
 base::Result<PreparedRun> prepareRun(const std::filesystem::path& input) {
@@ -51,8 +72,10 @@ base::Result<PreparedRun> prepareRun(const std::filesystem::path& input) {
         return base::formatError(reading.message, input.string(), reading.line);
     if (const std::string fault = modelFault(reading.model); !fault.empty())
         return base::formatError(fault, input.string());
-    PreparedRun run{std::move(reading.model), input};
+    PreparedRun run{std::move(reading.model), input, {}};
     run.base.replace_extension();
+    if (const auto topography = addTopography(run); !topography)
+        return topography.error();
     const auto echoed = appendText(run.base.string() + ".out", modelEcho(run.model), true);
     if (!echoed)
         return base::Error{base::ErrorKind::io, "Error in Opening Output File - PI1\n",

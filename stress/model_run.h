@@ -14,6 +14,7 @@ namespace tessaran::stress {
 struct PreparedRun {
     CModelDat model;
     std::filesystem::path base; // the input's path without its extension
+    std::vector<std::string> warnings;
 };
 
 // Reads and checks the input file and begins the log BASE.out with the echo of it. The error's text

@@ -1,10 +1,9 @@
 #include "stress/plekton_pages.h"
 
-#include "base/text.h"
 #include "host/host.h"
-#include "host/progress_window.h"
 #include "host/services_dialogs.h"
 #include "stress/model_run.h"
+#include "stress/window_watch.h"
 
 #include <fmt/format.h>
 
@@ -15,29 +14,6 @@ using host::DialogSession;
 using host::Host;
 
 constexpr const char* kInputExtension = "inp";
-
-// The progress window of a run.
-class WindowWatch final : public RunWatch {
-  public:
-    explicit WindowWatch(Host& host) : host_(host), window_(host, "Plekton in Progress ...") {
-        window_.setRange(0, 100);
-    }
-
-    void status(const std::string& text) override {
-        window_.setText(std::string(base::trimmed(text)));
-        window_.peekAndPump();
-    }
-    void progress(int percent) override { window_.setPosition(percent); }
-    void message(const std::string& text) override { host_.dialogs().message(text); }
-    bool cancelled() override {
-        window_.peekAndPump();
-        return window_.cancelled();
-    }
-
-  private:
-    Host& host_;
-    host::CProgressWnd window_;
-};
 
 std::string savedFiles(const PreparedRun& run) {
     std::string out = "\nResults were saved to File(s):";
@@ -70,13 +46,15 @@ void PlektonPage::run(DialogSession& session) {
         host.dialogs().message("Plekton was finished unsuccessfully!");
         return;
     }
+    for (const std::string& warning : prepared->warnings)
+        host.dialogs().message(warning);
     const DialogSession::Hidden hidden(session);
     if (!host::waitForEnter(
             host, "\n Plekton Stress Calculation is ready to run, <Enter> to continue ..."))
         return;
     RunReport report;
     {
-        WindowWatch watch(host);
+        WindowWatch watch(host, "Plekton in Progress ...");
         report = solve(prepared->model, prepared->base, watch);
     }
     if (report.code() != 0) {

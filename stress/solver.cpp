@@ -1,13 +1,14 @@
 #include "stress/solver.h"
 
 #include "stress/influence.h"
-#include "stress/relaxation.h"
+#include "stress/relaxation_log.h"
 #include "stress/result_file.h"
+#include "stress/stopwatch.h"
+#include "stress/topo_model.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 
 namespace tessaran::stress {
@@ -17,17 +18,6 @@ namespace {
 // failure.
 constexpr int kMostPassesAboveLevel0 = 50;
 constexpr int kMostPassesAtLevel0 = 500;
-
-class Stopwatch {
-  public:
-    double seconds() const {
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
-    }
-    long wholeSeconds() const { return static_cast<long>(seconds()); }
-
-  private:
-    std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-};
 
 // What ends a run early.
 struct Stop {
@@ -44,7 +34,7 @@ class Run {
         const bool done = begin() && steps();
         if (done)
             log(fmt::format("Total Time for Topographic Stress Calculations was {:g} secs.\n\n",
-                            0.0) +
+                            topographicSeconds_) +
                 fmt::format("Total Time for Off-Seam Displacement Calculations was {:g} "
                             "secs.\n\n",
                             offSeamSeconds_) +
@@ -87,8 +77,6 @@ class Run {
     // ---------------------------------------------------------------------------
     bool begin() {
         watch_.status("Initializing Data");
-        if (model_.topographicStress)
-            return fail("Topographic stress is not available yet.");
         problem_.modulus = model_.modulus;
         problem_.lambda = laminationConstant(model_);
         problem_.width = model_.elementWidth;
@@ -104,7 +92,20 @@ class Run {
             seams_.push_back(std::move(state));
             fields_.push_back({seam.x, seam.y, model_.elementWidth, model_.nX, model_.nY});
         }
-        return log("");
+        return log("") && (!model_.topographicStress || topographicStress());
+    }
+
+    bool topographicStress() {
+        TopoRun topo = topographicOverburden(model_, watch_,
+                                             [this](const std::string& text) { return log(text); });
+        topographicSeconds_ = topo.seconds;
+        if (!topo.ok()) {
+            stop_ = {topo.ending, topo.message};
+            return false;
+        }
+        for (std::size_t s = 0; s < seams_.size(); ++s)
+            seams_[s].overburden = std::move(topo.overburden[s]);
+        return true;
     }
 
     bool steps() {
@@ -185,21 +186,16 @@ class Run {
 
     bool interacting() const { return seamCount() > 1 || model_.surfaceEffects; }
 
-    // --- one relaxation
-    // ----------------------------------------------------------------------------- Log and
-    // progress of one seam's relaxation.
-    class SeamWatch final : public RelaxationWatch {
+    // --- one relaxation ------------------------------------------------------------------------
+
+    // Log and progress of one seam's relaxation.
+    class SeamWatch final : public LoggedRelaxation {
       public:
-        SeamWatch(Run& run, int seam) : run_(run), seam_(seam) {}
-        bool cancelled() override { return run_.watch_.cancelled(); }
-        void report(int iteration, double change, int x, int y) override {
-            run_.watch_.progress(
-                static_cast<int>(100LL * iteration / std::max(1, run_.model_.maxIterations)));
-            const std::string line = fmt::format(
-                "iteration number = {}, maximum displacement = {:13.9g}\n", iteration, change);
-            run_.watch_.status(line);
-            run_.log(line + fmt::format("X grid location = {}, Y grid location = {}\n\n", x, y));
-        }
+        SeamWatch(Run& run, int seam)
+            : LoggedRelaxation(
+                  run.watch_, [&run](const std::string& text) { return run.log(text); },
+                  run.model_.maxIterations),
+              run_(run), seam_(seam) {}
         void overClosed(int x, int y) override {
             ++count_;
             const std::size_t element = index(x - 1) * index(run_.model_.nY) + index(y - 1);
@@ -264,19 +260,7 @@ class Run {
                     "). Use a smaller over-relaxation factor or more iterations.");
     }
 
-    // --- influence
-    // ------------------------------------------------------------------------------------
-    class SourceProgress final : public base::Progress {
-      public:
-        explicit SourceProgress(RunWatch& watch) : watch_(watch) {}
-        void begin(std::string_view, long, long) override {}
-        void setPosition(long) override {}
-        void end() override {}
-        bool cancelled() override { return watch_.cancelled(); }
-
-      private:
-        RunWatch& watch_;
-    };
+    // --- influence -----------------------------------------------------------------------------
 
     std::vector<double> convergenceOf(int s) const {
         const SeamState& seam = seams_[index(s)];
@@ -344,7 +328,7 @@ class Run {
     bool spread(int from, int level, const std::vector<double>& source, double h, int to,
                 std::vector<double>& stress) {
         watch_.status("Stress Propogating");
-        SourceProgress progress(watch_);
+        CancelOnly progress(watch_);
         const ElementField field =
             coarser(fields_[index(from)], kDetailLevels[index(level)].aggregation);
         return addInfluenceStress({model_.modulus, problem_.lambda, h}, field, source,
@@ -403,7 +387,7 @@ class Run {
 
     bool displace(int s, double h, double sign, const ElementField& points,
                   std::vector<double>& displacement) {
-        SourceProgress progress(watch_);
+        CancelOnly progress(watch_);
         return addInfluenceDisplacement({model_.modulus, problem_.lambda, h}, sign,
                                         fields_[index(s)], convergenceOf(s), points, displacement,
                                         progress)
@@ -428,6 +412,7 @@ class Run {
     std::vector<SeamProfile> profile_;          // of this step
     std::vector<SeamProfile> total_;
     Stopwatch clock_;
+    double topographicSeconds_ = 0.0;
     double offSeamSeconds_ = 0.0;
     Stop stop_;
     int step_ = 1;

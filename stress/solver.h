@@ -1,8 +1,7 @@
 #pragma once
 
 // A whole run of the laminated model: every mining step's seam convergence and stresses, seams and
-// surface acting on one another, written to the run's files. A model that asks for topographic
-// stress is refused: that part is not there yet.
+// surface acting on one another, written to the run's files.
 
 #include "stress/profile.h"
 #include "stress/seam_state.h"
