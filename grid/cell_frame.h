@@ -49,13 +49,14 @@ class CellFrame {
         return world;
     }
 
-  private:
-    static constexpr double kOnSide = 1e-9; // cell widths
-
+    // A coordinate in cell units, put on the cell side that it is closer than 1e-9 to.
     static double onSide(double at) {
         const double side = std::round(at);
         return std::abs(at - side) <= kOnSide ? side : at;
     }
+
+  private:
+    static constexpr double kOnSide = 1e-9; // cell widths
 
     Point2 origin_;
     geometry::Vector2 xStep_;

@@ -5,6 +5,7 @@
 
 #include "host/drawing.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +52,8 @@ struct PointPrompt {
     std::optional<Point3> base{}; // for relative input, rubber band, second point of a distance
     RubberBand rubberBand = RubberBand::none;
     std::vector<Point2> dragged{}; // an outline dragged with the cursor, relative to it
+    // What the status area shows while the cursor is at a point; empty: nothing of the prompt's.
+    std::function<std::string(const Point3& cursor)> statusAt{};
 };
 
 struct NumberPrompt {

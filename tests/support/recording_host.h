@@ -48,6 +48,7 @@ class RecordingHost final : public host::Host,
     std::vector<std::string> messages;  // message boxes
     std::vector<std::string> questions; // question boxes
     std::vector<std::string> asked;     // messages of prompts
+    std::vector<std::string> statuses;  // the status area at points given, as prompts want it
     std::vector<host::FileRequest> fileRequests;
     std::vector<std::string> captions;           // of the progress window
     std::map<std::string, std::string> settings; // "section/key"
@@ -89,7 +90,13 @@ class RecordingHost final : public host::Host,
     }
 
     host::PromptResult<host::Point3> getPoint(const host::PointPrompt& prompt) override {
-        return next(prompt.message, points);
+        auto result = next(prompt.message, points);
+        // Not-a-number stands for Enter.
+        if (result.ok() && result.value.x != result.value.x)
+            result.status = host::PromptStatus::none;
+        if (result.ok() && prompt.statusAt)
+            statuses.push_back(prompt.statusAt(result.value));
+        return result;
     }
     host::PromptResult<host::Point3> getCorner(const host::PointPrompt& prompt) override {
         return next(prompt.message, points);
@@ -105,7 +112,7 @@ class RecordingHost final : public host::Host,
         return next(prompt.message, numbers);
     }
     host::PromptResult<double> getReal(const host::NumberPrompt& prompt) override {
-        return next(prompt.message, numbers);
+        return getDistance(prompt);
     }
     host::PromptResult<int> getInteger(const host::NumberPrompt& prompt) override {
         const auto result = next(prompt.message, numbers);
