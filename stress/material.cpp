@@ -1,5 +1,7 @@
 #include "stress/material.h"
 
+#include "stress/exponential.h"
+
 #include <fmt/format.h>
 
 namespace tessaran::stress {
@@ -12,7 +14,7 @@ double strainSoftening(const std::array<double, 5>& p, double strain) {
     if (strain < p[1])
         return p[0] / p[1] * strain;
     if (strain < p[3])
-        return p[0] + (p[2] - p[0]) * (strain - p[1]) / (p[3] - p[1]);
+        return p[0] + (p[2] - p[0]) / (p[3] - p[1]) * (strain - p[1]);
     return p[2];
 }
 
@@ -20,9 +22,10 @@ double elasticPlastic(const std::array<double, 5>& p, double strain) {
     return strain < p[1] ? p[0] / p[1] * strain : p[0] + p[2] * (strain - p[1]);
 }
 
+// In terms of the gob's own strain, strain / P4.
 double biLinearGob(const std::array<double, 5>& p, double strain) {
-    const double e = strain / p[3];
-    return e < p[1] ? p[0] / p[1] * e : p[0] + p[2] * (e - p[1]);
+    return strain < p[1] * p[3] ? p[0] / p[1] / p[3] * strain
+                                : p[0] + p[2] / p[3] * (strain - p[1] * p[3]);
 }
 
 // Tangent modulus grows from P1 at no stress to P2 at the stress P3. With P1 = P2 the exponential's
@@ -30,8 +33,14 @@ double biLinearGob(const std::array<double, 5>& p, double strain) {
 double strainHardeningGob(const std::array<double, 5>& p, double strain) {
     const double b = (p[1] - p[0]) / p[2];
     if (b == 0.0)
-        return p[0] * strain / p[3];
-    return p[0] / b * (std::exp(b * strain / p[3]) - 1.0);
+        return p[0] / p[3] * strain;
+    return p[0] / b * (exponential(b / p[3] * strain) - 1.0);
+}
+
+std::string gobFactorFault(double factor) {
+    if (factor == 0.0)
+        return "a gob height factor of 0";
+    return factor > 0.0 ? std::string{} : "a gob height factor below 0";
 }
 
 } // namespace
@@ -77,7 +86,7 @@ double elementStress(const Material& material, double strain) {
     case MaterialType::strainHardeningGob:
         return strainHardeningGob(p, strain);
     case MaterialType::linearElasticGob:
-        return p[0] * strain / p[2];
+        return p[0] / p[2] * strain;
     }
     return 0.0;
 }
@@ -105,13 +114,13 @@ std::string materialFault(const Material& material) {
     case MaterialType::biLinearHardeningGob:
         if (p[1] == 0.0)
             return "an initial strain of 0";
-        return p[3] == 0.0 ? "a gob height factor of 0" : std::string{};
+        return gobFactorFault(p[3]);
     case MaterialType::strainHardeningGob:
         if (p[2] == 0.0)
             return "a peak stress of 0";
-        return p[3] == 0.0 ? "a gob height factor of 0" : std::string{};
+        return gobFactorFault(p[3]);
     case MaterialType::linearElasticGob:
-        return p[2] == 0.0 ? "a gob height factor of 0" : std::string{};
+        return gobFactorFault(p[2]);
     }
     return {};
 }
