@@ -1,106 +1,159 @@
 #include "stress/relaxation.h"
 
+#include "base/parallel.h"
+#include "stress/skewed_seam.h"
+#include "stress/sweep_pipeline.h"
+
+#include <algorithm>
 #include <cmath>
-#include <limits>
+#include <optional>
+#include <thread>
 
 namespace tessaran::stress {
 namespace {
 
-constexpr int kReportEvery = 100;
+constexpr int kMostThreads = 8;
+// Strips that a thread should have to itself for its iterations not to stand in each other's way.
+constexpr int kStripsPerThread = 8;
+// Below this, waking threads takes longer than what they save.
+constexpr int kElementsWorthThreads = 20'000;
 
-// The largest change of a sweep; of equal ones the first met.
-struct Change {
-    double value = 0.0;
-    double size = -1.0;
-    int x = 0;
-    int y = 0;
+int threadsFor(const RelaxationProblem& problem, const SkewedSeam& seam, int elements) {
+    if (problem.threads > 0)
+        return problem.threads;
+    if (elements < kElementsWorthThreads)
+        return 1;
+    const int cores = static_cast<int>(std::thread::hardware_concurrency());
+    return std::clamp(std::min(cores, seam.strips() / kStripsPerThread), 1, kMostThreads);
+}
+
+SweepConstants constantsOf(const RelaxationProblem& problem, int nY) {
+    SweepConstants out;
+    out.k = problem.omega / 4.0;
+    out.keep = 1.0 - problem.omega;
+    out.c = (2.0 / (problem.lambda * problem.modulus)) * problem.width * problem.width * out.k;
+    out.thickness = problem.thickness;
+    out.modulus = problem.modulus;
+    out.lineLength = nY;
+    return out;
+}
+
+// An iteration limit of 0, or a criterion too large to be told from it plus 1: nothing is done.
+bool beginsAtAll(const RelaxationProblem& problem) {
+    const double c = problem.criterion;
+    return problem.maxIterations >= 1 && std::abs(c + 1.0) > c;
+}
+
+// What is taken off the stress of an element, in this order.
+struct ExternalStresses {
+    std::optional<double> shared; // an overburden stress that is the same everywhere
+    std::vector<const double*> fields;
 };
 
-// Mirrors the edges whose boundary is 1, over the whole border with its corners, in the order
-// north, east, south, west. Ghosts of rigid edges stay 0.
-void applyBoundaries(const Boundaries& b, SeamState& s) {
-    std::vector<double>& u = s.convergence;
-    const std::size_t stride = s.stride();
-    const auto nX = static_cast<std::size_t>(s.nX);
-    const auto nY = static_cast<std::size_t>(s.nY);
-    if (b.north == 1)
-        for (std::size_t i = 0; i <= nX + 1; ++i)
-            u[i * stride + nY + 1] = u[i * stride + nY];
-    if (b.east == 1)
-        for (std::size_t j = 0; j <= nY + 1; ++j)
-            u[(nX + 1) * stride + j] = u[nX * stride + j];
-    if (b.south == 1)
-        for (std::size_t i = 0; i <= nX + 1; ++i)
-            u[i * stride] = u[i * stride + 1];
-    if (b.west == 1)
-        for (std::size_t j = 0; j <= nY + 1; ++j)
-            u[j] = u[stride + j];
+bool isEverywhere(const std::vector<double>& values, double value) {
+    return std::all_of(values.begin(), values.end(), [&](double v) { return v == value; });
 }
 
-// One sweep. stressOf(element, u) gives what the element carries at its convergence before the
-// sweep: it depends on nothing that the sweep has changed, so it is evaluated on the way.
-template <class StressOf>
-Change sweep(const RelaxationProblem& problem, SeamState& s, const StressOf& stressOf) {
-    const double k = problem.omega / 4.0;
-    const double c = (2.0 / (problem.lambda * problem.modulus)) * problem.width * problem.width * k;
-    const double keep = 1.0 - problem.omega;
-    const std::size_t stride = s.stride();
-    Change largest;
-    std::size_t element = 0;
-    for (int i = 0; i < s.nX; ++i) {
-        double* u = s.convergence.data() + s.ghosted(i, 0);
-        for (int j = 0; j < s.nY; ++j, ++u, ++element) {
-            const double old = *u;
-            const double net = stressOf(element, old) - s.overburden[element] -
-                               s.multiple[element] - s.surface[element];
-            const double sum = *(u - stride) + *(u + stride) + *(u - 1) + *(u + 1);
-            const double next = k * sum + keep * old - c * net;
-            *u = next;
-            const double change = next - old;
-            const double size = std::abs(change);
-            if (size > largest.size || size != size) {
-                largest = {change, size != size ? std::numeric_limits<double>::infinity() : size,
-                           i + 1, j + 1};
-            }
-        }
+// Stresses that are 0 everywhere are left out: taking nothing off changes nothing.
+ExternalStresses externalStresses(const SeamState& state) {
+    ExternalStresses out;
+    if (isEverywhere(state.overburden, state.overburden.front()))
+        out.shared = state.overburden.front();
+    else
+        out.fields.push_back(state.overburden.data());
+    for (const std::vector<double>* field : {&state.multiple, &state.surface})
+        if (!isEverywhere(*field, 0.0))
+            out.fields.push_back(field->data());
+    return out;
+}
+
+// The laws that a seam's elements follow, numbered as the sweep knows them: only materials that
+// stand in the map take a place in the table.
+struct LawsInUse {
+    LawTable table = basicLaws();
+    std::vector<std::uint8_t> law; // by element
+};
+
+LawsInUse lawsInUse(const RelaxationProblem& problem, const ElementLaws& laws,
+                    const SeamState& state) {
+    LawsInUse out;
+    std::array<std::uint8_t, kOpenEntry + 1> number{};
+    for (const std::uint8_t law : laws.law)
+        number[law] = 1;
+    for (std::size_t k = 0; k < problem.materials.size(); ++k) {
+        if (number[k] == 0)
+            continue;
+        number[k] = static_cast<std::uint8_t>(out.table.count);
+        out.table.add(lawValues(problem.materials[k]));
     }
-    return largest;
+    number[kOpenEntry] = kOpenLaw;
+    out.law.resize(laws.law.size());
+    for (std::size_t k = 0; k < laws.law.size(); ++k) {
+        out.law[k] = number[laws.law[k]];
+        if (laws.law[k] == kOpenEntry && state.total[k] != 0.0)
+            out.law[k] = kContactLaw;
+    }
+    return out;
 }
 
-// Sweeps until the largest change is within the criterion.
-template <class StressOf>
-RelaxationOutcome iterate(const RelaxationProblem& problem, SeamState& s, RelaxationWatch& watch,
-                          const StressOf& stressOf) {
-    RelaxationOutcome out;
-    using Ending = RelaxationOutcome::Ending;
-    const double c = problem.criterion;
-    if (problem.maxIterations < 1 || !(std::abs(c + 1.0) > c))
+// One relaxation: the seam brought into the order of the sweeps, swept, and brought back.
+class Relaxation {
+  public:
+    Relaxation(const RelaxationProblem& problem, SeamState& state, RelaxationWatch& watch,
+               const ExternalStresses& external, LawsInUse laws)
+        : problem_(problem), state_(state), watch_(watch), laws_(std::move(laws)),
+          told_(laws_.law.size(), 0), constants_(constantsOf(problem, state.nY)),
+          seam_(state.nX, state.nY, kernel_.lanes, static_cast<int>(external.fields.size())) {
+        constants_.streams = static_cast<int>(external.fields.size());
+        constants_.hasShared = external.shared.has_value();
+        constants_.shared = external.shared.value_or(0.0);
+        constants_.laws = &laws_.table;
+        constants_.remembered = state.total.data();
+        constants_.told = told_.data();
+        seam_.load(state.convergence, external.fields, laws_.law);
+    }
+
+    SweepConstants& constants() { return constants_; }
+
+    RelaxationOutcome sweep() {
+        const SweepLimits limits{problem_.criterion, problem_.maxIterations,
+                                 threadsFor(problem_, seam_, state_.nX * state_.nY)};
+        RelaxationOutcome out =
+            sweepUntilSettled(seam_, kernel_, constants_, problem_.boundaries, limits, watch_);
+        seam_.storeConvergence(state_.convergence);
         return out;
-    for (int n = 1;; ++n) {
-        if (watch.cancelled()) {
-            out.ending = Ending::cancelled;
-            return out;
-        }
-        applyBoundaries(problem.boundaries, s);
-        const Change change = sweep(problem, s, stressOf);
-        out.largestChange = change.value;
-        if (n % kReportEvery == 0)
-            watch.report(n, change.value, change.x, change.y);
-        if (!std::isfinite(change.size)) {
-            out.ending = Ending::notFinite;
-            return out;
-        }
-        if (n == problem.maxIterations) {
-            out.ending = Ending::iterationLimit;
-            out.message = "Maximum Number of Iterations Reached - SOR1";
-            return out;
-        }
-        if (!(change.size > c)) {
-            out.iterations = n - 1;
-            return out;
-        }
     }
-}
+
+    // The stresses at the present convergence into state.total.
+    void evaluate(RelaxationOutcome& out) {
+        std::vector<std::vector<int>> overClosed(static_cast<std::size_t>(seam_.strips()));
+        std::vector<long> counts(overClosed.size(), 0);
+        base::parallelRanges(0, seam_.strips(), 4, [&](int begin, int end) {
+            for (int strip = begin; strip < end; ++strip) {
+                const auto at = static_cast<std::size_t>(strip);
+                StripSweep sweep = seam_.sweepOf(strip);
+                sweep.newOverClosed = &overClosed[at];
+                kernel_.evaluate(constants_, sweep);
+                counts[at] = sweep.overClosed;
+            }
+        });
+        for (std::size_t strip = 0; strip < overClosed.size(); ++strip) {
+            out.overClosed += counts[strip];
+            tellOverClosed(overClosed[strip], state_.nY, watch_);
+        }
+        seam_.storeStresses(state_.total);
+    }
+
+  private:
+    const RelaxationProblem& problem_;
+    SeamState& state_;
+    RelaxationWatch& watch_;
+    LawsInUse laws_;
+    std::vector<std::uint8_t> told_;
+    SweepConstants constants_;
+    SweepKernel kernel_ = sweepKernel();
+    SkewedSeam seam_;
+};
 
 } // namespace
 
@@ -120,67 +173,32 @@ ElementLaws lawsOf(const ElementCodes& codes, int nX, int nY, int materialCount)
     return out;
 }
 
-namespace {
-
-// What an element carries at a convergence; open entries remember and renew their contact stress.
-class StressOfElement {
-  public:
-    StressOfElement(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
-                    RelaxationWatch& watch)
-        : problem_(problem), laws_(laws), state_(state), watch_(watch) {}
-
-    double operator()(std::size_t element, double convergence) const {
-        const double strain = convergence / problem_.thickness;
-        const std::uint8_t law = laws_.law[element];
-        if (law != kOpenEntry)
-            return elementStress(problem_.materials[law], strain);
-        double& remembered = state_.total[element];
-        remembered = contactStress(problem_.modulus, strain, remembered);
-        if (strain > 1.0) {
-            const auto nY = static_cast<std::size_t>(state_.nY);
-            watch_.overClosed(static_cast<int>(element / nY) + 1,
-                              static_cast<int>(element % nY) + 1);
-        }
-        return remembered;
-    }
-
-  private:
-    const RelaxationProblem& problem_;
-    const ElementLaws& laws_;
-    SeamState& state_;
-    RelaxationWatch& watch_;
-};
-
-} // namespace
-
-void evaluateStresses(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
-                      RelaxationWatch& watch) {
-    const StressOfElement stressOf(problem, laws, state, watch);
-    std::size_t element = 0;
-    for (int i = 0; i < state.nX; ++i)
-        for (int j = 0; j < state.nY; ++j, ++element)
-            state.total[element] = stressOf(element, state.convergenceAt(i, j));
-}
-
 RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
                         RelaxationWatch& watch) {
+    RelaxationOutcome out;
     if (!laws.refusal.empty()) {
-        RelaxationOutcome out;
         out.ending = RelaxationOutcome::Ending::badCode;
         out.message = laws.refusal;
         return out;
     }
-    RelaxationOutcome out =
-        iterate(problem, state, watch, StressOfElement(problem, laws, state, watch));
+    Relaxation relaxation(problem, state, watch, externalStresses(state),
+                          lawsInUse(problem, laws, state));
+    if (beginsAtAll(problem))
+        out = relaxation.sweep();
     if (out.ending == RelaxationOutcome::Ending::converged)
-        evaluateStresses(problem, laws, state, watch);
+        relaxation.evaluate(out);
     return out;
 }
 
 RelaxationOutcome relaxUnderLoad(const RelaxationProblem& problem, const std::vector<double>& load,
                                  SeamState& state, RelaxationWatch& watch) {
-    return iterate(problem, state, watch,
-                   [&load](std::size_t element, double) { return -load[element]; });
+    if (!beginsAtAll(problem))
+        return {};
+    LawsInUse laws;
+    laws.law.assign(state.elements(), kNoLaw);
+    Relaxation relaxation(problem, state, watch, {std::nullopt, {load.data()}}, std::move(laws));
+    relaxation.constants().thickness = 1.0; // no strain is asked for
+    return relaxation.sweep();
 }
 
 } // namespace tessaran::stress

@@ -28,6 +28,7 @@ struct RelaxationProblem {
     int maxIterations = 0;
     Boundaries boundaries;
     std::vector<Material> materials;
+    int threads = 0; // 0: as many as the machine has and the seam is worth
 };
 
 // Told from time to time how far a relaxation is, and asked whether to go on.
@@ -37,7 +38,7 @@ class RelaxationWatch {
     virtual bool cancelled() { return false; } // once an iteration
     // Every 100th iteration: the largest change and its element (from 1).
     virtual void report(int /*iteration*/, double /*change*/, int /*x*/, int /*y*/) {}
-    // An open entry whose roof has met its floor, once an element and evaluation (from 1).
+    // An open entry whose roof has met its floor, once an element and relaxation (from 1).
     virtual void overClosed(int /*x*/, int /*y*/) {}
 };
 
@@ -52,7 +53,8 @@ struct RelaxationOutcome {
     Ending ending = Ending::converged;
     int iterations = 0; // done less one, as it is counted; 0 unless converged
     std::string message{};
-    double largestChange = 0.0;
+    double largestChange = 0.0; // of the last iteration, without its sign
+    long overClosed = 0;        // evaluations of open entries at a strain above 1
 };
 
 // Which law each element of a code map follows: a material's number, or kOpenEntry.
@@ -65,16 +67,15 @@ ElementLaws lawsOf(const ElementCodes& codes, int nX, int nY, int materialCount)
 
 // Relaxes the seam from its present convergence. `state.total` holds what over-closed entries
 // remember when it starts, and the element stresses of the final convergence when it has converged.
+// Values, number of iterations and reports are those of the plain double loop with elementStress(),
+// bit for bit, whatever the width of the machine's vectors and the number of threads.
 RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
                         RelaxationWatch& watch);
 
-// The same difference equation with a load given for each element instead of a material: the
-// convergence of a level under `load` (nX * nY), rigid or mirrored edges as the problem says.
+// The same difference equation with a load given for each element instead of a material and
+// external stresses: the convergence of a level under `load` (nX * nY), rigid or mirrored edges as
+// the problem says.
 RelaxationOutcome relaxUnderLoad(const RelaxationProblem& problem, const std::vector<double>& load,
                                  SeamState& state, RelaxationWatch& watch);
-
-// Stresses of all elements at the present convergence, into state.total.
-void evaluateStresses(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
-                      RelaxationWatch& watch);
 
 } // namespace tessaran::stress

@@ -197,7 +197,6 @@ class Run {
                   run.model_.maxIterations),
               run_(run), seam_(seam) {}
         void overClosed(int x, int y) override {
-            ++count_;
             const std::size_t element = index(x - 1) * index(run_.model_.nY) + index(y - 1);
             std::vector<bool>& seen = run_.overClosed_[index(seam_)];
             if (seen[element])
@@ -207,12 +206,10 @@ class Run {
                                  "i = {}, j = {}, integer code = {}\n",
                                  x, y, 27));
         }
-        long count() const { return count_; }
 
       private:
         Run& run_;
         int seam_;
-        long count_ = 0;
     };
 
     bool relaxSeam(int s, int level, int& mostIterations) {
@@ -234,9 +231,9 @@ class Run {
             return relaxationFailed(outcome, place);
         std::string done = fmt::format("SOR took {} iterations {} secs to converge - {}\n\n",
                                        outcome.iterations, clock.wholeSeconds(), place);
-        if (seamWatch.count() > 0)
+        if (outcome.overClosed > 0)
             done += fmt::format("Strains greater than 1 were met {} times - {}\n\n",
-                                seamWatch.count(), place);
+                                outcome.overClosed, place);
         return log(done);
     }
 
