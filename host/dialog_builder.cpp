@@ -96,6 +96,11 @@ ControlBuilder& ControlBuilder::unchecked() {
     return *this;
 }
 
+ControlBuilder& ControlBuilder::beside() {
+    control_.beside = true;
+    return *this;
+}
+
 void PageBuilder::group(std::string title) {
     group_ = std::move(title);
 }

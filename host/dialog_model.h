@@ -65,6 +65,8 @@ struct Control {
     std::function<void(DialogSession&, int row)> opened; // list: double click
 
     bool checkedWithOthers = true; // whether validate() looks at it
+    // Stands on the line of the control before it, as the button does that picks a field's value.
+    bool beside = false;
 };
 
 // Refines the control just added.
@@ -83,6 +85,8 @@ class ControlBuilder {
     ControlBuilder& manySelected();
     // Its text may be anything until the page looks at it itself.
     ControlBuilder& unchecked();
+    // Stands on the line of the control before it.
+    ControlBuilder& beside();
 
   private:
     Control& control_;
@@ -223,6 +227,8 @@ class DialogSession {
     // and "Label#2" tell equal labels apart. The front page is searched first.
     base::Result<Place> find(std::string_view label, Purpose purpose) const;
     base::Result<int> findPage(std::string_view title) const;
+    // The way back: a short label that find() takes to this place while its page is in front.
+    std::string labelOf(const Place& place, Purpose purpose) const;
 
     // What the user does. An error means that the control could not be reached (disabled, no such
     // choice, the page in front would not let go); what the dialog itself refuses is told by it.
@@ -268,6 +274,7 @@ class DialogSession {
         std::string text;
     };
 
+    bool leadsTo(const std::string& label, Purpose purpose, const Place& place) const;
     base::Result<void> reach(const Place& place);
     void storeText(Control& control, const std::string& text);
     void forgetTyped(const Control& control);
@@ -294,5 +301,7 @@ std::string labelWithUnit(const Control& control);
 
 // A label as it is compared: "< &Build Grid" gives "build grid".
 std::string plainLabel(std::string_view label);
+// A label as people write it: "< &Build Grid" gives "Build Grid".
+std::string writtenLabel(std::string_view label);
 
 } // namespace tessaran::host

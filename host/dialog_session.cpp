@@ -7,82 +7,6 @@
 namespace tessaran::host {
 namespace {
 
-using Purpose = DialogSession::Purpose;
-
-bool serves(ControlKind kind, Purpose purpose) {
-    switch (purpose) {
-    case Purpose::set:
-        return kind == ControlKind::text || kind == ControlKind::dropList ||
-               kind == ControlKind::names;
-    case Purpose::check:
-        return kind == ControlKind::check;
-    case Purpose::choose:
-        return kind == ControlKind::radio;
-    case Purpose::select:
-        return kind == ControlKind::list;
-    case Purpose::press:
-        return kind == ControlKind::button || kind == ControlKind::link;
-    case Purpose::show:
-        return true;
-    }
-    return false;
-}
-
-// How a label is asked for: an optional group or page before "/", an optional count behind "#".
-struct Wanted {
-    std::string label;
-    std::string place; // plain title of the group or page; empty: any
-    int count = 1;
-};
-
-// All readings of a label, the whole text as a label first.
-std::vector<Wanted> readings(std::string_view label) {
-    std::vector<Wanted> out{{plainLabel(label), {}, 1}};
-    const auto addPlaced = [&](std::string_view text, int count) {
-        for (std::size_t slash = text.find('/'); slash != std::string_view::npos;
-             slash = text.find('/', slash + 1))
-            out.push_back(
-                {plainLabel(text.substr(slash + 1)), plainLabel(text.substr(0, slash)), count});
-    };
-    addPlaced(label, 1);
-    const std::size_t hash = label.rfind('#');
-    if (hash == std::string_view::npos)
-        return out;
-    const std::string digits(base::trimmed(label.substr(hash + 1)));
-    if (digits.empty() || digits.size() > 4 ||
-        digits.find_first_not_of("0123456789") != std::string::npos)
-        return out;
-    const int count = std::stoi(digits);
-    out.push_back({plainLabel(label.substr(0, hash)), {}, count});
-    addPlaced(label.substr(0, hash), count);
-    return out;
-}
-
-bool standsIn(const Control& control, const DialogPage& page, const std::string& place) {
-    return place.empty() || plainLabel(control.group) == place ||
-           plainLabel(page.title()) == place ||
-           (control.kind == ControlKind::radio && plainLabel(control.label) == place);
-}
-
-// Counts the matches of `wanted` on one page down to the one asked for.
-std::optional<DialogSession::Place> findOn(const DialogSession::PageControls& page, int number,
-                                           const Wanted& wanted, Purpose purpose, int& left) {
-    for (const std::unique_ptr<Control>& control : page.controls) {
-        if (!serves(control->kind, purpose) || !standsIn(*control, *page.page, wanted.place))
-            continue;
-        if (control->kind == ControlKind::radio && purpose == Purpose::choose) {
-            for (std::size_t k = 0; k < control->options.size(); ++k)
-                if (plainLabel(control->options[k]) == wanted.label && --left == 0)
-                    return DialogSession::Place{number, control.get(), static_cast<int>(k)};
-        } else if ((plainLabel(control->label) == wanted.label ||
-                    plainLabel(labelWithUnit(*control)) == wanted.label) &&
-                   --left == 0) {
-            return DialogSession::Place{number, control.get(), -1};
-        }
-    }
-    return std::nullopt;
-}
-
 std::optional<std::string> matchingChoice(const Control& control, const std::string& text) {
     for (const std::string& choice : control.choices())
         if (choice == text)
@@ -94,33 +18,6 @@ std::optional<std::string> matchingChoice(const Control& control, const std::str
 }
 
 } // namespace
-
-std::string labelWithUnit(const Control& control) {
-    return control.unit ? control.label + " (" + control.unit() + ")" : control.label;
-}
-
-std::string plainLabel(std::string_view label) {
-    std::string_view rest = base::trimmed(label);
-    while (!rest.empty() && (rest.front() == '<' || rest.front() == ' '))
-        rest.remove_prefix(1);
-    for (;;) {
-        rest = base::trimmed(rest);
-        if (rest.ends_with("..."))
-            rest.remove_suffix(3);
-        else if (rest.ends_with(':'))
-            rest.remove_suffix(1);
-        else
-            break;
-    }
-    std::string out;
-    for (const char c : rest) {
-        const bool blank = c == ' ' || (c >= '\t' && c <= '\r');
-        if (c == '&' || (blank && !out.empty() && out.back() == ' '))
-            continue;
-        out += blank ? ' ' : c;
-    }
-    return base::lowered(out);
-}
 
 bool DialogPage::mayLeave(DialogSession& session) {
     return session.validate(*this);
@@ -161,32 +58,6 @@ std::string DialogSession::text(const Control& control) const {
 
 bool DialogSession::isEnabled(const Control& control) const {
     return !control.enabled || control.enabled();
-}
-
-base::Result<DialogSession::Place> DialogSession::find(std::string_view label,
-                                                       Purpose purpose) const {
-    std::vector<int> order;
-    for (int i = 0; i < static_cast<int>(pages_.size()); ++i)
-        order.push_back(i);
-    if (!order.empty())
-        std::rotate(order.begin(), order.begin() + front_, order.begin() + front_ + 1);
-    for (const Wanted& wanted : readings(label)) {
-        int left = wanted.count;
-        for (const int page : order)
-            if (const auto place =
-                    findOn(pages_[static_cast<std::size_t>(page)], page, wanted, purpose, left))
-                return *place;
-    }
-    return base::stateError("no control \"" + std::string(label) + "\" for this in the dialog \"" +
-                            dialog_.title() + "\"");
-}
-
-base::Result<int> DialogSession::findPage(std::string_view title) const {
-    for (std::size_t i = 0; i < pages_.size(); ++i)
-        if (plainLabel(pages_[i].page->title()) == plainLabel(title))
-            return static_cast<int>(i);
-    return base::stateError("no page \"" + std::string(title) + "\" in the dialog \"" +
-                            dialog_.title() + "\"");
 }
 
 // Brings the control's page to the front and refuses a disabled control.
@@ -284,9 +155,12 @@ base::Result<void> DialogSession::press(const Place& place) {
 bool DialogSession::bringToFront(int page) {
     if (page == front_)
         return true;
-    if (page < 0 || page >= static_cast<int>(pages_.size()) ||
-        !pages_[static_cast<std::size_t>(front_)].page->mayLeave(*this))
+    if (page < 0 || page >= static_cast<int>(pages_.size()))
         return false;
+    if (!pages_[static_cast<std::size_t>(front_)].page->mayLeave(*this)) {
+        refresh();
+        return false;
+    }
     showPage(*pages_[static_cast<std::size_t>(page)].page);
     return true;
 }

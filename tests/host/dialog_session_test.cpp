@@ -113,6 +113,57 @@ TEST_F(DialogSessionTest, FindsTheWholeTextBeforeAPlaceOrACount) {
     EXPECT_FALSE(session.find("Thickness", Purpose::press));
 }
 
+TEST(WrittenLabel, IsWhatPeopleType) {
+    EXPECT_EQ(writtenLabel("< &Build Grid"), "Build Grid");
+    EXPECT_EQ(writtenLabel("<Pick Layer"), "Pick Layer");
+    EXPECT_EQ(writtenLabel("Rotation to X axis (degree)  :"), "Rotation to X axis (degree)");
+    EXPECT_EQ(writtenLabel("Save As ..."), "Save As ...");
+    EXPECT_EQ(writtenLabel("Output File <.grd>:"), "Output File <.grd>");
+    EXPECT_EQ(writtenLabel(""), "");
+}
+
+TEST_F(DialogSessionTest, LabelsLeadBackToTheirControls) {
+    std::string text;
+    int choice = 0;
+    const auto nothing = [](DialogSession&) {};
+    TestPage front("Front", [&](PageBuilder& page) {
+        page.text("Width:", text);
+        page.button("< Size", nothing);
+        page.button("< Size", nothing);
+        for (const char* unit : {"Unit1", "Unit2"}) {
+            page.group(unit);
+            page.text("Width", text);
+            page.radio("Type", {"&Core", "Seen"}, choice);
+        }
+        page.group("");
+        page.text("Unit1/Width#2", text);
+        page.text("A = B", text);
+    });
+    TestPage back("Back", [&](PageBuilder& page) { page.text("Width", text); });
+    Dialog dialog("Units", {&front, &back});
+    DialogSession session(host(), dialog);
+    session.open();
+    const auto& controls = session.pages()[0].controls;
+    const auto label = [&](std::size_t k, Purpose purpose, int option = -1) {
+        const DialogSession::Place meant{0, controls[k].get(), option};
+        const std::string found = session.labelOf(meant, purpose);
+        const auto again = session.find(found, purpose);
+        EXPECT_TRUE(again && again->control == meant.control && again->option == option) << found;
+        return found;
+    };
+    EXPECT_EQ(label(0, Purpose::set), "Width");
+    EXPECT_EQ(label(1, Purpose::press), "Size");
+    EXPECT_EQ(label(2, Purpose::press), "Size#2");
+    EXPECT_EQ(label(3, Purpose::set), "Unit1/Width");
+    EXPECT_EQ(label(4, Purpose::choose, 0), "Unit1/Core");
+    EXPECT_EQ(label(5, Purpose::set), "Unit2/Width");
+    EXPECT_EQ(label(6, Purpose::choose, 1), "Unit2/Seen");
+    EXPECT_EQ(label(7, Purpose::set), "Unit1/Width#2");
+    EXPECT_EQ(label(8, Purpose::set), "A = B");
+    EXPECT_EQ(session.labelOf({1, session.pages()[1].controls[0].get(), -1}, Purpose::set),
+              "Back/Width");
+}
+
 TEST_F(DialogSessionTest, ChoosesRadioButtonsByTheirGroupWhereTheyShareAText) {
     int first = -1;
     int second = -1;
