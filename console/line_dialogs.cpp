@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "console/answer_buttons.h"
 #include "console/dialog_lines.h"
+#include "console/file_answers.h"
 
 #include <fmt/format.h>
 
@@ -16,28 +17,6 @@ using host::Answer;
 using host::DialogSession;
 using host::FileRequest;
 using host::Question;
-
-// The name that the file dialog stands on, in the folder that it starts in. A path in the current
-// folder stays short.
-std::string proposedPath(const FileRequest& request) {
-    const std::filesystem::path name(request.proposed);
-    if (request.proposed.empty() || request.folder.empty() || name.is_absolute())
-        return request.proposed;
-    std::error_code error;
-    const std::filesystem::path folder(request.folder);
-    if (std::filesystem::equivalent(folder, std::filesystem::current_path(error), error))
-        return request.proposed;
-    return (folder / name).string();
-}
-
-// As the dialog completes a name: with its ending where none was typed.
-std::string completed(const FileRequest& request, const std::string& typed) {
-    const std::filesystem::path path(typed);
-    if (request.extension.empty() || path.has_extension() ||
-        (request.mode == FileRequest::Mode::open && base::fileExists(path)))
-        return typed;
-    return typed + "." + request.extension;
-}
 
 } // namespace
 
@@ -117,7 +96,7 @@ std::optional<std::string> LineDialogs::chosen(const FileRequest& request) {
             if (proposalRefused)
                 return std::nullopt;
             proposalRefused = true;
-            path = completed(request, proposal);
+            path = completedPath(request, proposal);
             if (request.mode == FileRequest::Mode::open && !base::fileExists(*path))
                 return std::nullopt;
         }
@@ -133,7 +112,7 @@ std::optional<std::string> LineDialogs::fromLine(const FileRequest& request, boo
     const Line taken = conversation_.take();
     if (taken.kind == Line::Kind::escape || taken.text.empty())
         return std::nullopt;
-    const std::string path = completed(request, taken.text);
+    const std::string path = completedPath(request, taken.text);
     if (request.mode == FileRequest::Mode::save || base::fileExists(path))
         return path;
     again = conversation_.refuse(fmt::format("no file \"{}\"", path));
@@ -143,9 +122,7 @@ std::optional<std::string> LineDialogs::fromLine(const FileRequest& request, boo
 bool LineDialogs::mayReplace(const FileRequest& request, const std::string& path) {
     if (request.mode == FileRequest::Mode::open || !base::fileExists(path))
         return true;
-    return ask({.text = fmt::format("{} already exists.\nDo you want to replace it?", path),
-                .buttons = host::Buttons::yesNo,
-                .stake = Question::Stake::guarded}) == Answer::yes;
+    return ask(replaceQuestion(path)) == Answer::yes;
 }
 
 bool LineDialogs::run(DialogSession& session) {
