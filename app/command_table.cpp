@@ -11,6 +11,7 @@
 #include "index/factor_commands.h"
 #include "index/mapping_commands.h"
 #include "stress/plekton_commands.h"
+#include "stress/seam_commands.h"
 #include "stress/topo_commands.h"
 
 #include <array>
@@ -32,7 +33,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_topoStressModel", commandHandler<stress::zelk_topoStressModel>},
     CommandRow{"zelk_horizStress", commandHandler<factors::zelk_horizStress>},
     CommandRow{"zelk_topoGrid", commandHandler<factors::zelk_topoGrid>},
-    CommandRow{"zelk_seamGrid", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_seamGrid", commandHandler<stress::zelk_seamGrid>},
     CommandRow{"zelk_plekton", commandHandler<stress::zelk_plekton>},
     CommandRow{"zelk_convPlekGrid", commandHandler<stress::zelk_convPlekGrid>},
     CommandRow{"zelk_genFactor", commandHandler<index::zelk_genFactor>},

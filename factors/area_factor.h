@@ -8,6 +8,7 @@
 #include "base/progress.h"
 #include "geometry/cell_coverage.h"
 #include "geometry/point.h"
+#include "grid/boundary_cells.h"
 #include "grid/my_grid.h"
 
 #include <cstddef>
@@ -55,14 +56,8 @@ geometry::CellRange cellsOfBoundary(const grid::myGrid& grid,
 AreaFactorResult buildAreaFactor(grid::myGrid& grid, std::span<const geometry::Polygon> boundaries,
                                  const AreaFactorOptions& options, base::Progress& progress);
 
-// Pairs (a, b), a < b, of boundaries that overlap by more than 1e-10: their common area counts
-// twice.
-struct OverlappingPair {
-    std::size_t a = 0;
-    std::size_t b = 0;
-
-    friend bool operator==(OverlappingPair, OverlappingPair) = default;
-};
+// Pairs of boundaries that overlap by more than 1e-10: their common area counts twice.
+using grid::OverlappingPair;
 std::vector<OverlappingPair> overlappingBoundaries(std::span<const geometry::Polygon> boundaries);
 
 } // namespace tessaran::factors

@@ -1,9 +1,9 @@
 #include "factors/area_pages.h"
 
 #include "base/tolerance.h"
-#include "factors/cell_markers.h"
 #include "factors/grid_objects.h"
 #include "grid/base_grid.h"
+#include "grid/cell_markers.h"
 #include "grid/grid_drawing.h"
 #include "host/curves.h"
 #include "host/graphics.h"
@@ -234,7 +234,7 @@ void CAreaFactTab::changeCells(DialogSession& session) {
     }
     gridEmpty_ = false;
     const DialogSession::Hidden hidden(session);
-    CellMarkers markers(host.graphics(), grid_);
+    grid::CellMarkers markers(host.graphics(), grid_);
     for (;;) {
         host.graphics().redraw();
         host::PointPrompt prompt;

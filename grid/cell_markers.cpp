@@ -1,8 +1,8 @@
-#include "factors/cell_markers.h"
+#include "grid/cell_markers.h"
 
 #include "base/tolerance.h"
 
-namespace tessaran::factors {
+namespace tessaran::grid {
 
 namespace {
 
@@ -11,8 +11,13 @@ constexpr std::size_t kMostSingleMarks = 20'000;
 
 } // namespace
 
-CellMarkers::CellMarkers(host::TemporaryGraphics& graphics, const grid::myGrid& grid)
-    : graphics_(graphics), grid_(grid) {
+int pillarOrOpeningColour(double value) {
+    return value > base::kTolerance ? host::colour::kRed : host::colour::kGreen;
+}
+
+CellMarkers::CellMarkers(host::TemporaryGraphics& graphics, const myGrid& grid, ColourOf ofValue,
+                         Style style)
+    : graphics_(graphics), grid_(grid), colourOfValue_(std::move(ofValue)), style_(style) {
     const std::size_t count =
         static_cast<std::size_t>(grid.nX()) * static_cast<std::size_t>(grid.nY());
     if (count > kMostSingleMarks)
@@ -39,29 +44,37 @@ CellMarkers::~CellMarkers() {
         graphics_.remove(mark);
 }
 
-std::size_t CellMarkers::at(grid::CellIndex cell) const {
+std::size_t CellMarkers::at(CellIndex cell) const {
     return static_cast<std::size_t>(cell.row) * static_cast<std::size_t>(grid_.nX()) +
            static_cast<std::size_t>(cell.column);
 }
 
-int CellMarkers::colourOf(grid::CellIndex cell) const {
-    return grid_.getValue(cell.column, cell.row) > base::kTolerance ? host::colour::kRed
-                                                                    : host::colour::kGreen;
+int CellMarkers::colourOf(CellIndex cell) const {
+    return colourOfValue_(grid_.getValue(cell.column, cell.row));
 }
 
-// The four corners, and the same scaled about the centre, in one line.
-host::GraphicId CellMarkers::showCell(grid::CellIndex cell) {
+// Filled: the corners scaled about the centre. Else the corners, and the scaled ones, in one line.
+host::GraphicId CellMarkers::showCell(CellIndex cell) {
     const auto corners = *grid_.cellCorners(cell.column, cell.row);
     const geometry::Point2 centre = grid_.cellCenter(cell.column, cell.row)->plan();
+    std::vector<geometry::Point2> inner;
+    for (int k = 0; k <= 4; ++k)
+        inner.push_back(centre +
+                        kInnerOutline * (corners[static_cast<std::size_t>(k % 4)] - centre));
+    if (style_ == Style::filled) {
+        host::Loop loop;
+        for (std::size_t k = 0; k < 4; ++k)
+            loop.vertices.push_back({inner[k], 0.0});
+        return graphics_.showEntity(
+            {{}, "0", colourOf(cell), "ByLayer", host::Hatch{{std::move(loop)}, "SOLID", 0.0}});
+    }
     std::vector<geometry::Point2> line(corners.begin(), corners.end());
     line.push_back(corners[0]);
-    for (int k = 0; k <= 4; ++k)
-        line.push_back(centre +
-                       kInnerOutline * (corners[static_cast<std::size_t>(k % 4)] - centre));
+    line.insert(line.end(), inner.begin(), inner.end());
     return graphics_.showPolyline(line, false, colourOf(cell));
 }
 
-void CellMarkers::update(grid::CellIndex cell) {
+void CellMarkers::update(CellIndex cell) {
     host::GraphicId& mark = patch_ ? marks_.front() : marks_[at(cell)];
     graphics_.remove(mark);
     if (patch_) {
@@ -72,4 +85,4 @@ void CellMarkers::update(grid::CellIndex cell) {
     }
 }
 
-} // namespace tessaran::factors
+} // namespace tessaran::grid
