@@ -70,6 +70,8 @@ int solveModel(const SolveOptions& options) {
     }
     for (const std::string& warning : prepared->warnings)
         fmt::print(stderr, "{}\n", warning);
+    fmt::print("{}", prepared->outlook);
+    std::fflush(stdout);
     std::signal(SIGINT, onInterrupt);
     stress::RunReport report;
     {
@@ -77,6 +79,13 @@ int solveModel(const SolveOptions& options) {
         report = stress::solve(prepared->model, prepared->base, watch);
     }
     fmt::print("{}", stress::runSummary(prepared->model, report));
+    if (report.stepsDone > 0) {
+        const auto pillars = stress::writePillars(*prepared, report);
+        if (pillars)
+            fmt::print("Pillars: {}\n", pillars->string());
+        else
+            fmt::print(stderr, "{}\n", pillars.error().message());
+    }
     return ended(report);
 }
 

@@ -70,6 +70,7 @@ class Reader {
         CModelDat& m = model();
         if (!fields(m.poissonsRatio, m.modulus, m.laminationThickness, seamCount_, m.unitSystem))
             return fail(2, "Error reading the host properties - RI2a\n");
+        out_.lines.host = scan_.lineNumber();
         if (seamCount_ > kMostSeams)
             return fail(2, "Can Only Specify up to 4 Different Seams - RI2b\n");
         if (m.unitSystem > 3)
@@ -91,6 +92,7 @@ class Reader {
                 return fail(4, "Error reading the in seam material properties - RI4a\n");
             if (type < 1 || type > 6)
                 return fail(4, "The Material Type Number Must Be Between 1 and 6 - RI4b\n");
+            out_.lines.materials.push_back(scan_.lineNumber());
             material.type = static_cast<MaterialType>(type);
             model().materials.push_back(material);
         }
@@ -101,6 +103,7 @@ class Reader {
         CModelDat& m = model();
         if (!fields(m.elementWidth, m.nX, m.nY, m.gradient))
             return fail(5, "Error reading the general grid information - RI5a\n");
+        out_.lines.grid = scan_.lineNumber();
         if (m.nX % kMeshDivisor != 0 || m.nY % kMeshDivisor != 0)
             return fail(
                 5, fmt::format("Fine mesh size must be divisible by {} - RI5b\n", kMeshDivisor));
@@ -118,6 +121,7 @@ class Reader {
             Seam seam;
             if (!fields(seam.x, seam.y, seam.z, seam.thickness))
                 return fail(6, "Error reading the seam coordinate information - RI6\n");
+            out_.lines.seams.push_back(scan_.lineNumber());
             model().seams.push_back(seam);
         }
         return true;
@@ -131,6 +135,7 @@ class Reader {
         if (!fields(m.overRelaxation, m.convergenceCriterion, m.maxIterations, m.startingStep,
                     m.steps, surface, offSeamFlag, topographic))
             return fail(7, "Error reading the program control parameters - RI7a\n");
+        out_.lines.control = scan_.lineNumber();
         if (m.steps > kMostSteps)
             return fail(
                 7, fmt::format("The Number of Steps Must be Less Than {} - RI7b\n", kMostSteps));
@@ -155,6 +160,7 @@ class Reader {
         OffSeamGrid& g = model().offSeam;
         if (!fields(g.blocks, g.blockWidth, g.nX, g.nY, g.x, g.y, g.z))
             return fail(9, "Error reading the off-seam grid details - RI9a\n");
+        out_.lines.offSeam = scan_.lineNumber();
         if (static_cast<long long>(g.nX) * g.nY != g.blocks)
             return fail(9, "Inconsistent Data in the Offseam Input Line - RI9b\n");
         return true;
@@ -162,18 +168,6 @@ class Reader {
 
     bool codes() {
         CModelDat& m = model();
-        if (m.nX < 0 || m.nY < 0)
-            return fail(10, "Error reading the fine mesh codes - RI10b\n");
-        // A code takes at least one character, so the text bounds what is worth allocating.
-        const auto perSeam =
-            static_cast<unsigned long long>(m.nX) * static_cast<unsigned long long>(m.nY);
-        const auto maps = static_cast<unsigned long long>(m.steps > 0 ? m.steps : 0) *
-                          static_cast<unsigned long long>(seamCount_ > 0 ? seamCount_ : 0);
-        if (maps > 0 && perSeam > scan_.left() / maps) {
-            while (scan_.character())
-                ; // to the line at which the codes end
-            return fail(10, "Error reading the fine mesh codes - RI10b\n");
-        }
         for (int step = 0; step < m.steps; ++step) {
             std::vector<ElementCodes> seamCodes;
             for (int seam = 0; seam < seamCount_; ++seam) {
@@ -191,6 +185,11 @@ class Reader {
     std::optional<ElementCodes> codeMap() {
         const auto nX = static_cast<std::size_t>(model().nX);
         const auto nY = static_cast<std::size_t>(model().nY);
+        if (model().nX < 0 || model().nY < 0 || nX * nY > scan_.left()) {
+            while (scan_.character())
+                ;                // to the line at which the codes end
+            return std::nullopt; // no memory for counts beyond the text
+        }
         ElementCodes out(nX * nY);
         for (std::size_t j = nY; j-- > 0;) {
             for (std::size_t i = 0; i < nX; ++i) {
@@ -210,21 +209,53 @@ class Reader {
     int seamCount_ = 0;
 };
 
-std::string seamFault(const CModelDat& m) {
+long lineOf(const std::vector<long>& lines, int k) {
+    const auto at = static_cast<std::size_t>(k);
+    return at < lines.size() ? lines[at] : 0;
+}
+
+ModelFault seamFault(const CModelDat& m, const ModelLines& lines) {
     for (int k = 0; k < m.seamCount(); ++k) {
         const Seam& seam = m.seams[static_cast<std::size_t>(k)];
+        const long line = lineOf(lines.seams, k);
         if (!(seam.thickness > 0.0))
-            return fmt::format("The thickness of seam {} must be larger than 0", k + 1);
+            return {fmt::format("The thickness of seam {} must be larger than 0", k + 1), line};
         if (m.surfaceEffects && seam.z == 0.0)
-            return fmt::format("Seam {} lies in the surface: no surface effects at depth 0", k + 1);
+            return {
+                fmt::format("Seam {} lies in the surface: no surface effects at depth 0", k + 1),
+                line};
         for (int other = 0; other < k; ++other) {
             const Seam& above = m.seams[static_cast<std::size_t>(other)];
             if (seam.z == above.z)
-                return fmt::format("Seams {} and {} lie at one depth", other + 1, k + 1);
+                return {fmt::format("Seams {} and {} lie at one depth", other + 1, k + 1), line};
             if (seam.z * above.z < 0.0)
-                return fmt::format("The depths of seams {} and {} differ in sign", other + 1,
-                                   k + 1);
+                return {
+                    fmt::format("The depths of seams {} and {} differ in sign", other + 1, k + 1),
+                    line};
         }
+    }
+    return {};
+}
+
+ModelFault offSeamFault(const CModelDat& m, const ModelLines& lines) {
+    if (!m.offSeamDisplacements)
+        return {};
+    if (m.offSeam.nX < 1 || m.offSeam.nY < 1)
+        return {"The off-seam grid needs at least one block in each direction", lines.offSeam};
+    for (const Seam& seam : m.seams)
+        if (std::abs(seam.z) == std::abs(m.offSeam.z))
+            return {"The off-seam grid lies on a seam", lines.offSeam};
+    return {};
+}
+
+ModelFault materialsFault(const CModelDat& m, const ModelLines& lines) {
+    int number = 0;
+    for (const Material& material : m.materials) {
+        const std::string fault = materialFault(material);
+        if (!fault.empty())
+            return {fmt::format("Material {} has {}", number + 1, fault),
+                    lineOf(lines.materials, number)};
+        ++number;
     }
     return {};
 }
@@ -246,27 +277,22 @@ ModelReading readModel(const std::string& path) {
     return parseModel(*text);
 }
 
-std::string modelFault(const CModelDat& m) {
+ModelFault modelFault(const CModelDat& m, const ModelLines& lines) {
     if (m.seams.empty())
-        return "A model needs at least one seam";
+        return {"A model needs at least one seam", lines.host};
     if (m.steps < 1)
-        return "A model needs at least one step";
+        return {"A model needs at least one step", lines.control};
     if (m.unitSystem < 0)
-        return "The system of units must be 0 to 3";
+        return {"The system of units must be 0 to 3", lines.host};
     if (!(m.elementWidth > 0.0))
-        return "The element width must be larger than 0";
+        return {"The element width must be larger than 0", lines.grid};
     if (m.nX < kMeshDivisor || m.nY < kMeshDivisor)
-        return "The numbers of elements must be 10 or more";
-    if (m.offSeamDisplacements && (m.offSeam.nX < 1 || m.offSeam.nY < 1))
-        return "The off-seam grid needs at least one block in each direction";
-    if (m.offSeamDisplacements)
-        for (const Seam& seam : m.seams)
-            if (std::abs(seam.z) == std::abs(m.offSeam.z))
-                return "The off-seam grid lies on a seam";
-    for (std::size_t k = 0; k < m.materials.size(); ++k)
-        if (const std::string fault = materialFault(m.materials[k]); !fault.empty())
-            return fmt::format("Material {} has {}", k + 1, fault);
-    return seamFault(m);
+        return {"The numbers of elements must be 10 or more", lines.grid};
+    if (ModelFault fault = offSeamFault(m, lines))
+        return fault;
+    if (ModelFault fault = materialsFault(m, lines))
+        return fault;
+    return seamFault(m, lines);
 }
 
 } // namespace tessaran::stress

@@ -8,8 +8,19 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaran::stress {
+
+// Where the groups of a model stand in its file; 0 where that is not known.
+struct ModelLines {
+    long host = 0;
+    long grid = 0;
+    long control = 0;
+    long offSeam = 0;
+    std::vector<long> materials{};
+    std::vector<long> seams{};
+};
 
 // How reading ended. The codes 1 to 10 name the group of lines; their messages end in the check.
 struct ModelReading {
@@ -17,6 +28,7 @@ struct ModelReading {
     std::string message{};
     long line = 0; // of the file, where the trouble stands
     CModelDat model{};
+    ModelLines lines{};
 
     bool ok() const { return code == 0; }
 };
@@ -27,8 +39,14 @@ ModelReading parseModel(std::string_view text);
 ModelReading readModel(const std::string& path);
 
 // What the format accepts and no model can be solved with (no seams, no steps, widths of 0, seams
-// at one depth, materials without a strain ...), with the file's line where one is known; empty
-// when the model can be solved.
-std::string modelFault(const CModelDat& model);
+// at one depth, materials without a strain ...), and the file's line; the text is empty when the
+// model can be solved.
+struct ModelFault {
+    std::string text{};
+    long line = 0;
+
+    explicit operator bool() const { return !text.empty(); }
+};
+ModelFault modelFault(const CModelDat& model, const ModelLines& lines = {});
 
 } // namespace tessaran::stress

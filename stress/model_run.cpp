@@ -4,45 +4,23 @@
 #include "stress/model_echo.h"
 #include "stress/model_reader.h"
 #include "stress/result_file.h"
+#include "stress/run_outlook.h"
+#include "stress/step_files.h"
 #include "stress/topo_model.h"
 #include "stress/topo_stress_file.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <numeric>
-
 namespace tessaran::stress {
 namespace {
 
-double sumOf(const std::vector<double>& values) {
-    return std::accumulate(values.begin(), values.end(), 0.0);
-}
-
-// The elements' convergence without the ghost border.
-std::pair<double, double> convergenceRange(const SeamState& seam) {
-    double low = seam.convergenceAt(0, 0);
-    double high = low;
-    for (int i = 0; i < seam.nX; ++i) {
-        for (int j = 0; j < seam.nY; ++j) {
-            low = std::min(low, seam.convergenceAt(i, j));
-            high = std::max(high, seam.convergenceAt(i, j));
-        }
-    }
-    return {low, high};
-}
-
-std::string seamSummary(const CModelDat& model, const SeamState& seam, int number) {
-    const Units& units = model.units();
-    const auto [low, high] = convergenceRange(seam);
-    const auto [least, most] = std::minmax_element(seam.total.begin(), seam.total.end());
-    const double carried = sumOf(seam.total);
-    const double put = sumOf(seam.overburden) + sumOf(seam.multiple) + sumOf(seam.surface);
-    return fmt::format("Seam {}: convergence {:.5g} to {:.5g} {}, stress {:.5g} to {:.5g} {}, "
-                       "elements carry {:.3f} % of the load put on them\n",
-                       number, low * units.lengthFactor, high * units.lengthFactor, units.length,
-                       *least * units.stressFactor, *most * units.stressFactor, units.stress,
-                       put != 0.0 ? 100.0 * carried / put : 0.0);
+std::string rangesText(const CModelDat& model, const SeamRanges& r, std::size_t step, int seam) {
+    const Units& u = model.units();
+    return fmt::format("Step {}, seam {}: convergence {:.5g} to {:.5g} {}, stress {:.5g} to {:.5g} "
+                       "{}, elements carry {:.3f} % of the load put on them\n",
+                       step, seam, r.leastConvergence * u.lengthFactor,
+                       r.mostConvergence * u.lengthFactor, u.length, r.leastStress * u.stressFactor,
+                       r.mostStress * u.stressFactor, u.stress, 100.0 * r.carriedShare);
 }
 
 // The stresses of the file BASE.top, where the model asks for them.
@@ -64,30 +42,72 @@ base::Result<void> addTopography(PreparedRun& run) {
     return {};
 }
 
+// The step files of the steps that were read whole, in a folder that no other run works in.
+base::Result<void> keepCodes(PreparedRun& run) {
+    if (run.model.codes.empty())
+        return {};
+    const std::filesystem::path folder = run.base.parent_path();
+    base::Result<base::FolderLock> lock = base::FolderLock::take(folder);
+    if (!lock)
+        return base::Error{base::ErrorKind::state,
+                           "Error writing the fine mesh codes - RI10c\nAnother run works on step "
+                           "files in this folder; wait for its end, or run in another folder.",
+                           folder.string()};
+    run.lock = std::move(*lock);
+    const auto written = writeStepFiles(folder, run.model);
+    if (written)
+        return {};
+    return base::Error{base::ErrorKind::io,
+                       "Error writing the fine mesh codes - RI10c\n" + written.error().text,
+                       written.error().file, 0, written.error().cause};
+}
+
+base::Error echoError(const base::Error& why) {
+    const bool full = why.cause == base::IoCause::diskFull;
+    return {
+        base::ErrorKind::io,
+        (full ? "Trouble Printing Input File - PI2\n" : "Error in Opening Output File - PI1\n") +
+            why.text,
+        why.file, 0, why.cause};
+}
+
 } // namespace
 
 base::Result<PreparedRun> prepareRun(const std::filesystem::path& input) {
     ModelReading reading = readModel(input.string());
+    PreparedRun run{std::move(reading.model), input, {}, {}, {}};
+    run.base.replace_extension();
+    if (const auto codes = keepCodes(run); !codes)
+        return codes.error();
     if (!reading.ok())
         return base::formatError(reading.message, input.string(), reading.line);
-    if (const std::string fault = modelFault(reading.model); !fault.empty())
-        return base::formatError(fault, input.string());
-    PreparedRun run{std::move(reading.model), input, {}};
-    run.base.replace_extension();
+    if (const ModelFault fault = modelFault(run.model, reading.lines))
+        return base::formatError(fault.text, input.string(), fault.line);
     if (const auto topography = addTopography(run); !topography)
         return topography.error();
-    const auto echoed = appendText(run.base.string() + ".out", modelEcho(run.model), true);
-    if (!echoed)
-        return base::Error{base::ErrorKind::io, "Error in Opening Output File - PI1\n",
-                           echoed.error().file, 0, echoed.error().cause};
+    if (const auto echoed = appendText(run.base.string() + ".out", modelEcho(run.model), true);
+        !echoed)
+        return echoError(echoed.error());
+    run.outlook = runOutlook(run.model);
+    run.model.codes = {};
     return run;
+}
+
+base::Result<std::filesystem::path> writePillars(const PreparedRun& run, const RunReport& report) {
+    const std::filesystem::path path = run.base.string() + "_pillars.csv";
+    const auto written = base::writeFile(path, pillarText(run.model, report.pillars));
+    if (!written)
+        return written.error();
+    return path;
 }
 
 std::string runSummary(const CModelDat& model, const RunReport& report) {
     std::string out = fmt::format("{} of {} steps solved\n", report.stepsDone, model.steps);
-    int number = 0;
-    for (const SeamState& seam : report.seams)
-        out += seamSummary(model, seam, ++number);
+    for (std::size_t step = 0; step < report.ranges.size(); ++step) {
+        int seam = 0;
+        for (const SeamRanges& ranges : report.ranges[step])
+            out += rangesText(model, ranges, step + 1, ++seam);
+    }
     for (int level = kCoarsestLevel; level >= 0; --level) {
         LevelProfile sum;
         for (const SeamProfile& seam : report.profile)

@@ -49,6 +49,7 @@ void PlektonPage::run(DialogSession& session) {
     for (const std::string& warning : prepared->warnings)
         host.dialogs().message(warning);
     const DialogSession::Hidden hidden(session);
+    host.print("\n" + prepared->outlook);
     if (!host::waitForEnter(
             host, "\n Plekton Stress Calculation is ready to run, <Enter> to continue ..."))
         return;
@@ -57,6 +58,9 @@ void PlektonPage::run(DialogSession& session) {
         WindowWatch watch(host, "Plekton in Progress ...");
         report = solve(prepared->model, prepared->base, watch);
     }
+    if (report.stepsDone > 0)
+        if (const auto pillars = writePillars(*prepared, report); !pillars)
+            host.dialogs().message(pillars.error().message());
     if (report.code() != 0) {
         host.dialogs().message("Plekton was finished unsuccessfully!");
         return;

@@ -79,9 +79,11 @@ base::Result<void> appendText(const std::filesystem::path& path, std::string_vie
     };
     std::unique_ptr<std::FILE, Close> file(std::fopen(path.c_str(), fresh ? "wb" : "ab"));
     if (!file || std::fwrite(text.data(), 1, text.size(), file.get()) != text.size() ||
-        std::fflush(file.get()) != 0)
-        return base::Error{base::ErrorKind::io, std::strerror(errno), path.string(), 0,
-                           base::IoCause::other};
+        std::fflush(file.get()) != 0) {
+        const int why = errno;
+        return base::Error{base::ErrorKind::io, std::strerror(why), path.string(), 0,
+                           why == ENOSPC ? base::IoCause::diskFull : base::IoCause::other};
+    }
     return {};
 }
 

@@ -3,6 +3,7 @@
 #include "stress/influence.h"
 #include "stress/relaxation_log.h"
 #include "stress/result_file.h"
+#include "stress/step_files.h"
 #include "stress/stopwatch.h"
 #include "stress/topo_model.h"
 
@@ -49,6 +50,8 @@ class Run {
         report.profile = total_;
         report.stepsDone = stepsDone_;
         report.seams = std::move(seams_);
+        report.ranges = std::move(ranges_);
+        report.pillars = std::move(pillars_);
         return report;
     }
 
@@ -121,11 +124,19 @@ class Run {
 
     bool readCodes() {
         laws_.clear();
+        std::vector<ElementCodes> fromFile;
+        if (model_.codes.empty()) {
+            auto read = readStepFile(base_.parent_path(), step_, model_);
+            if (!read)
+                return fail("Error reading the fine mesh codes - RC2\n" + read.error().message());
+            fromFile = std::move(*read);
+        }
+        const auto& codes = model_.codes.empty() ? fromFile : model_.codes[index(step_ - 1)];
         for (int s = 0; s < seamCount(); ++s) {
             if (!log(fmt::format("Reading in material codes for Step {}, Seam {}\n\n", step_,
                                  s + 1)))
                 return false;
-            laws_.push_back(lawsOf(model_.codes[index(step_ - 1)][index(s)], model_.nX, model_.nY,
+            laws_.push_back(lawsOf(codes[index(s)], model_.nX, model_.nY,
                                    static_cast<int>(model_.materials.size())));
             // What over-closed entries remember starts anew with each step.
             std::fill(seams_[index(s)].total.begin(), seams_[index(s)].total.end(), 0.0);
@@ -349,7 +360,19 @@ class Run {
             if (!append(resultPath(base_, s + 1), text, "Error in Opening Output File - PES1\n"))
                 return false;
         }
+        keepFigures();
         return !model_.offSeamDisplacements || offSeam();
+    }
+
+    void keepFigures() {
+        std::vector<SeamRanges> ranges;
+        std::vector<std::vector<Pillar>> pillars;
+        for (std::size_t s = 0; s < seams_.size(); ++s) {
+            ranges.push_back(rangesOf(seams_[s]));
+            pillars.push_back(pillarsOf(model_.materials, laws_[s], seams_[s], fields_[s]));
+        }
+        ranges_.push_back(std::move(ranges));
+        pillars_.push_back(std::move(pillars));
     }
 
     // Displacements of a level between, above or below the seams: each seam's closure spreads from
@@ -408,6 +431,8 @@ class Run {
     std::vector<std::vector<bool>> overClosed_; // [seam][element]: told of in this step
     std::vector<SeamProfile> profile_;          // of this step
     std::vector<SeamProfile> total_;
+    std::vector<std::vector<SeamRanges>> ranges_;
+    PillarTable pillars_;
     Stopwatch clock_;
     double topographicSeconds_ = 0.0;
     double offSeamSeconds_ = 0.0;
@@ -417,6 +442,28 @@ class Run {
 };
 
 } // namespace
+
+SeamRanges rangesOf(const SeamState& seam) {
+    SeamRanges out;
+    out.leastConvergence = out.mostConvergence = seam.convergenceAt(0, 0);
+    out.leastStress = out.mostStress = seam.total.front();
+    double carried = 0.0;
+    double put = 0.0;
+    std::size_t element = 0;
+    for (int i = 0; i < seam.nX; ++i)
+        for (int j = 0; j < seam.nY; ++j, ++element) {
+            const double u = seam.convergenceAt(i, j);
+            const double stress = seam.total[element];
+            out.leastConvergence = std::min(out.leastConvergence, u);
+            out.mostConvergence = std::max(out.mostConvergence, u);
+            out.leastStress = std::min(out.leastStress, stress);
+            out.mostStress = std::max(out.mostStress, stress);
+            carried += stress;
+            put += seam.overburden[element] + seam.multiple[element] + seam.surface[element];
+        }
+    out.carriedShare = put != 0.0 ? carried / put : 0.0;
+    return out;
+}
 
 RunReport solve(const CModelDat& model, const std::filesystem::path& base, RunWatch& watch) {
     return Run(model, base, watch).run();

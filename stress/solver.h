@@ -3,6 +3,7 @@
 // A whole run of the laminated model: every mining step's seam convergence and stresses, seams and
 // surface acting on one another, written to the run's files.
 
+#include "stress/pillars.h"
 #include "stress/profile.h"
 #include "stress/seam_state.h"
 
@@ -22,20 +23,33 @@ class RunWatch {
     virtual bool cancelled() { return false; }
 };
 
+// One seam as a step left it, consistent units.
+struct SeamRanges {
+    double leastConvergence = 0.0;
+    double mostConvergence = 0.0;
+    double leastStress = 0.0;
+    double mostStress = 0.0;
+    double carriedShare = 0.0; // what the elements carry of the load put on them
+};
+SeamRanges rangesOf(const SeamState& seam);
+
 struct RunReport {
     enum class Ending { finished, failed, cancelled };
     Ending ending = Ending::finished;
     std::string message{};              // why it failed
     std::vector<SeamProfile> profile{}; // of all steps
     int stepsDone = 0;
-    std::vector<SeamState> seams{}; // as the last finished step left them
+    std::vector<SeamState> seams{};                // as the last finished step left them
+    std::vector<std::vector<SeamRanges>> ranges{}; // [step][seam], of the finished steps
+    PillarTable pillars{};                         // [step][seam]
 
     // As the solver has always answered: 0 for success, 1 for failure or cancel.
     int code() const { return ending == Ending::finished ? 0 : 1; }
 };
 
-// Solves the model; `base` is the run's path without extension. The log BASE.out is appended to,
-// result files BASE.f1 ... and BASE.off are begun at step 1 and grow by step; what was written
+// Solves the model; `base` is the run's path without extension. Element codes come from the model,
+// or, where it holds none, from the step files in the base's folder. The log BASE.out is appended
+// to, result files BASE.f1 ... and BASE.off are begun at step 1 and grow by step; what was written
 // before a cancel or failure stays.
 RunReport solve(const CModelDat& model, const std::filesystem::path& base, RunWatch& watch);
 

@@ -74,7 +74,7 @@ TEST(ModelReader, ReadsEveryGroup) {
     EXPECT_EQ(m.codes[0][0][8 * 10 + 9], '1');
     EXPECT_EQ(m.codes[0][0][9 * 10 + 9], 'B');
     EXPECT_EQ(m.codes[0][0][9 * 10 + 8], 'A');
-    EXPECT_EQ(modelFault(m), "");
+    EXPECT_EQ(modelFault(m).text, "");
 }
 
 TEST(ModelReader, TakesCodesWithAndWithoutBlanksAndEitherLineEnd) {
@@ -194,14 +194,14 @@ TEST(ModelReader, TheLimitsAreAsLopsidedAsTheirMessages) {
     noSeams.codes.clear();
     const ModelReading read = reading(noSeams);
     EXPECT_TRUE(read.ok()) << read.message;
-    EXPECT_EQ(modelFault(read.model), "A model needs at least one seam");
+    EXPECT_EQ(modelFault(read.model).text, "A model needs at least one seam");
 }
 
 TEST(ModelFaults, AreNamed) {
     const auto faultOf = [](void (*spoil)(CModelDat&)) {
         CModelDat model = reading(ModelText()).model;
         spoil(model);
-        return modelFault(model);
+        return modelFault(model).text;
     };
     EXPECT_EQ(faultOf([](CModelDat& m) { m.materials[0].p[1] = 0.0; }),
               "Material 1 has a peak strain of 0");
