@@ -95,10 +95,16 @@ void addLater(CLI::App& app, Action& action, const char* name, const char* text)
     });
 }
 
-int noWindow(const CLI::App& app) {
+#ifdef TESSARAN_DESKTOP
+int window(const CLI::App& /*app*/, const std::string& drawing) {
+    return openWindow({drawing});
+}
+#else
+int window(const CLI::App& app, const std::string& /*drawing*/) {
     fmt::print(stderr, "This build has no desktop window.\n\n{}", app.help());
     return kWrongUsage;
 }
+#endif
 
 int parseAndRun(int argc, char** argv) {
     CLI::App app{"Tessaran: a ground-stability workbench for underground coal mines", "tessaran"};
@@ -119,7 +125,7 @@ int parseAndRun(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kDone : kWrongUsage;
     }
-    return action ? action() : noWindow(app);
+    return action ? action() : window(app, drawing);
 }
 
 } // namespace

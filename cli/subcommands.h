@@ -21,6 +21,11 @@ struct ConsoleOptions {
 };
 int runConsole(const ConsoleOptions& options);
 
+struct WindowOptions {
+    std::string drawing{}; // empty: an empty one
+};
+int openWindow(const WindowOptions& options);
+
 struct PlotOptions {
     std::string drawing{};
     std::string output{};

@@ -196,6 +196,10 @@ base::Result<PickAnswer> parsePick(std::string_view text, const Point3& from) {
             pick.entity = *handle;
             used = 1;
         }
+    if (used == 0 && parts.size() == 2 && parts[0] == "#0") {
+        pick.onNothing = true;
+        used = 1;
+    }
     if (used == 0 && !isWrittenAsPoint(text))
         return base::formatError(fmt::format("\"{}\" is neither a point nor a handle", text));
     if (parts.size() > used + 1)

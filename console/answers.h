@@ -32,10 +32,12 @@ base::Result<double> parseAngle(std::string_view text);
 std::optional<EntityId> parseHandle(std::string_view word);
 std::string handleText(EntityId id);
 
-// One object to pick: its handle, a place, or both.
+// One object to pick: its handle, a place, or both. "#0 x,y" is a place where nothing lies, however
+// large the pick tolerance is.
 struct PickAnswer {
     EntityId entity;
     std::optional<Point3> at;
+    bool onNothing = false;
 };
 base::Result<PickAnswer> parsePick(std::string_view text, const Point3& from);
 

@@ -104,6 +104,8 @@ bool Conversation::refuse(const std::string& why) {
     if (interactive()) {
         transcript_.line(why);
         given_.clear();
+        if (refused_)
+            refused_();
         return true;
     }
     if (!failure_)

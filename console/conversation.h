@@ -46,6 +46,8 @@ class Conversation {
     // Whether nothing more is answered: everything open is to be cancelled.
     bool over() const { return failure_.has_value() || ended_; }
     void end() { ended_ = true; }
+    // Told when the line taken last was refused and a person is asked again.
+    void setRefused(std::function<void()> refused) { refused_ = std::move(refused); }
     // "SCRIPT:LINE: why" of the line in error.
     const std::optional<std::string>& failure() const { return failure_; }
 
@@ -75,6 +77,7 @@ class Conversation {
     // --- the user break
     // One poll of the user break or of a Cancel button.
     bool poll();
+    void forgetBreak() { broken_ = false; }
     void setInterrupted(std::function<bool()> interrupted) {
         interrupted_ = std::move(interrupted);
     }
@@ -109,6 +112,7 @@ class Conversation {
     int automatic_ = 0;
     std::function<std::uint64_t()> activity_;
 
+    std::function<void()> refused_;
     std::function<bool()> interrupted_;
     long pollsLeft_ = 0; // 0: no break ordered
     bool broken_ = false;

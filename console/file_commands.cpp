@@ -38,11 +38,6 @@ bool agreesTo(ConsoleHost& host, const std::string& question) {
                                .stake = host::Question::Stake::guarded}) == host::Answer::yes;
 }
 
-bool mayDiscard(ConsoleHost& host, const Document& document) {
-    return !document.database->modified() ||
-           agreesTo(host, fmt::format("Discard the changes to {}?", document.name));
-}
-
 void save(ConsoleHost& host, const std::filesystem::path& path) {
     Workspace& workspace = host.workspace();
     const bool moved = workspace.database().path() != path;
@@ -56,6 +51,32 @@ void save(ConsoleHost& host, const std::filesystem::path& path) {
     if (moved)
         workspace.rename();
     host.print(fmt::format("\nSaved {}", path.string()));
+}
+
+// Puts the autosaved copy in the place of what was opened.
+void recover(ConsoleHost& host, const std::filesystem::path& copy, OpenedDrawing& opened) {
+    auto recovered = openDrawing(copy, host.meter());
+    if (!recovered)
+        return host.frontEnd().refused(recovered.error().message());
+    recovered->database->setPath(opened.database->path());
+    recovered->database->markUnsaved();
+    opened = std::move(*recovered);
+}
+
+// Whether the drawing may go: unchanged, its changes given up, or saved now.
+bool mayGo(ConsoleHost& host, const Document& document) {
+    if (!document.database->modified())
+        return true;
+    switch (host.frontEnd().unsavedChanges(document.name)) {
+    case FrontEnd::Unsaved::discard:
+        return true;
+    case FrontEnd::Unsaved::save:
+        host.workspace().switchTo(document.name);
+        saveCommand(host);
+        return !document.database->modified();
+    default:
+        return false;
+    }
 }
 
 } // namespace
@@ -76,9 +97,10 @@ void openCommand(ConsoleHost& host) {
     }
     if (const std::string told = describe(opened->report); !told.empty())
         host.print("\n" + told);
+    if (const auto copy = drawing::leftBehind(file->path);
+        copy && host.frontEnd().wantsRecovered(*copy))
+        recover(host, *copy, *opened);
     const Document& document = host.workspace().add(std::move(opened->database));
-    if (const auto copy = drawing::leftBehind(document.database->path()))
-        host.print(fmt::format("\nAn autosaved copy from before is there: {}", copy->string()));
     host.print(
         fmt::format("\nOpened {}: {} objects", document.name, document.database->entityCount()));
 }
@@ -106,7 +128,7 @@ void saveAsCommand(ConsoleHost& host) {
 }
 
 void closeCommand(ConsoleHost& host) {
-    if (!mayDiscard(host, host.workspace().current()))
+    if (!mayGo(host, host.workspace().current()))
         return;
     host.state().graphics.clear();
     host.workspace().closeCurrent();
@@ -124,7 +146,7 @@ void documentCommand(ConsoleHost& host) {
 
 bool mayQuit(ConsoleHost& host) {
     for (const auto& document : host.workspace().documents())
-        if (!mayDiscard(host, *document))
+        if (!mayGo(host, *document))
             return false;
     return true;
 }

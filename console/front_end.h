@@ -5,6 +5,8 @@
 
 #include "host/host.h"
 
+#include <filesystem>
+
 namespace tessaran::console {
 
 class FrontEnd {
@@ -21,6 +23,11 @@ class FrontEnd {
     // The answer given last could not be used after all (a file that could not be opened): an error
     // of a script's line, told to a person.
     virtual void refused(const std::string& why) = 0;
+    // What to do with the unsaved changes of a drawing that is about to be closed.
+    enum class Unsaved { discard, save, keepOpen };
+    virtual Unsaved unsavedChanges(const std::string& document) = 0;
+    // A drawing was opened that a crash left an autosaved copy of: whether to take that instead.
+    virtual bool wantsRecovered(const std::filesystem::path& copy) = 0;
     // Whether the line that comes next is a command's name, so that a prompt which is rarely wanted
     // need not be shown.
     virtual bool commandFollows() = 0;

@@ -1,5 +1,7 @@
 #include "console/line_front_end.h"
 
+#include <fmt/format.h>
+
 namespace tessaran::console {
 
 LineFrontEnd::LineFrontEnd(HostState& state, Conversation& conversation, bool showProgress)
@@ -11,6 +13,19 @@ LineFrontEnd::LineFrontEnd(HostState& state, Conversation& conversation, bool sh
 // There is nothing here to open a link with: it is told.
 void LineFrontEnd::openLink(const std::string& target) {
     conversation_.transcript().line("(link) " + target);
+}
+
+FrontEnd::Unsaved LineFrontEnd::unsavedChanges(const std::string& document) {
+    const auto answer = dialogs_.ask({.text = fmt::format("Discard the changes to {}?", document),
+                                      .buttons = host::Buttons::yesNo,
+                                      .stake = host::Question::Stake::guarded});
+    return answer == host::Answer::yes ? Unsaved::discard : Unsaved::keepOpen;
+}
+
+// A script runs the same with a copy and without one: it is only told.
+bool LineFrontEnd::wantsRecovered(const std::filesystem::path& copy) {
+    print(fmt::format("\nAn autosaved copy from before is there: {}", copy.string()));
+    return false;
 }
 
 bool LineFrontEnd::commandFollows() {

@@ -23,6 +23,8 @@ class LineFrontEnd final : public FrontEnd {
     bool userBreak() override { return conversation_.poll(); }
     void openLink(const std::string& target) override;
     void refused(const std::string& why) override { conversation_.refuse(why); }
+    Unsaved unsavedChanges(const std::string& document) override;
+    bool wantsRecovered(const std::filesystem::path& copy) override;
     bool commandFollows() override;
 
   private:

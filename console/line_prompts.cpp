@@ -166,6 +166,8 @@ base::Result<host::Pick> LinePrompts::pick(std::string_view text) {
     host::Pick pick{parsed->entity, parsed->at.value_or(Point3{})};
     if (parsed->at)
         document.lastPoint = *parsed->at;
+    if (!pick.entity && parsed->onNothing)
+        return pick;
     if (!pick.entity) {
         pick.entity = pickAt(database, drawing::toWorld(database.ucs(), pick.at).plan());
         return pick;
@@ -194,6 +196,9 @@ bool LinePrompts::completePoints(SelectionStep& step) {
                                .keywords = {}};
         if (!first)
             next.base = step.points.back();
+        next.rubberBand = first                    ? host::RubberBand::none
+                          : step.mostPoints() == 2 ? host::RubberBand::box
+                                                   : host::RubberBand::line;
         const auto given = getPoint(next);
         if (!given.ok())
             return given.status == PromptStatus::none &&
@@ -222,9 +227,10 @@ PromptResult<std::vector<EntityId>> LinePrompts::getSelection(const host::Select
         if (needsPoints && !completePoints(step.value))
             continue;
         const auto found = run.take(step.value);
-        if (found)
+        if (found) {
             conversation_.transcript().print(*found);
-        else if (!conversation_.refuse(found.error().text))
+            selecting(run.selected());
+        } else if (!conversation_.refuse(found.error().text))
             return ended<std::vector<EntityId>>(PromptStatus::cancel);
     }
     if (run.selected().empty())

@@ -9,7 +9,7 @@
 
 namespace tessaran::console {
 
-class LinePrompts final : public host::Prompts {
+class LinePrompts : public host::Prompts {
   public:
     LinePrompts(Workspace& workspace, Conversation& conversation)
         : workspace_(workspace), conversation_(conversation) {}
@@ -27,6 +27,10 @@ class LinePrompts final : public host::Prompts {
     host::PromptResult<host::Pick> pickEntity(const host::PickPrompt& prompt) override;
     host::PromptResult<std::vector<EntityId>>
     getSelection(const host::SelectionPrompt& prompt) override;
+
+  protected:
+    // A selection being made holds these now.
+    virtual void selecting(const std::vector<EntityId>& /*selected*/) {}
 
   private:
     enum class Words { one, all }; // what a prompt takes of an answer behind a command's name

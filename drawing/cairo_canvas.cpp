@@ -1,6 +1,5 @@
 #include "drawing/cairo_canvas.h"
 
-#include "base/text.h"
 #include "drawing/scene.h"
 #include "geometry/polygon.h"
 #include "geometry/segment.h"
@@ -9,7 +8,6 @@
 #include <cmath>
 #include <memory>
 #include <numbers>
-#include <optional>
 
 #if defined(__SANITIZE_ADDRESS__)
 // The font library keeps what it has found until the program ends, which is no leak of ours.
@@ -43,26 +41,6 @@ Box2 safeBox() {
     return {{kSafeLow, kSafeLow}, {kSafeHigh, kSafeHigh}};
 }
 
-// The part of a chord inside the box (Liang, Y.-D. and Barsky, B. A. (1984), A new concept and
-// method for line clipping, ACM Trans. Graph. 3, 1-22).
-std::optional<std::pair<Point2, Point2>> clipped(Point2 from, Point2 to, const Box2& box) {
-    const Point2 step = to - from;
-    double enter = 0.0;
-    double leave = 1.0;
-    const auto cut = [&](double towards, double room) {
-        if (towards == 0.0)
-            return room >= 0.0;
-        const double share = room / towards;
-        (towards < 0.0 ? enter : leave) =
-            towards < 0.0 ? std::max(enter, share) : std::min(leave, share);
-        return enter <= leave;
-    };
-    if (cut(-step.x, from.x - box.low.x) && cut(step.x, box.high.x - from.x) &&
-        cut(-step.y, from.y - box.low.y) && cut(step.y, box.high.y - from.y))
-        return std::pair{from + enter * step, from + leave * step};
-    return std::nullopt;
-}
-
 // Restores the context's state when it goes.
 class SavedContext {
   public:
@@ -74,28 +52,6 @@ class SavedContext {
   private:
     cairo_t* context_;
 };
-
-// On/off lengths for cairo: dashes and gaps must alternate, beginning with a dash.
-std::vector<double> onOff(const std::vector<double>& dashes, double scale, double dot) {
-    std::vector<double> lengths;
-    for (std::size_t i = 0; i < dashes.size(); ++i) {
-        const bool gap = dashes[i] < 0.0;
-        if (gap != (i % 2 == 1))
-            return {};
-        lengths.push_back(std::max(dot, std::abs(dashes[i]) * scale));
-    }
-    return lengths;
-}
-
-// Left end and baseline of a text relative to its point, in its own direction, Y downwards.
-Point2 startOf(const host::Text& text, double width, double height) {
-    using enum host::Text::Across;
-    const double x = text.across == left ? 0.0 : text.across == centre ? -0.5 * width : -width;
-    const double y = text.up == host::Text::Up::top      ? height
-                     : text.up == host::Text::Up::middle ? 0.5 * height
-                                                         : 0.0;
-    return {x, y};
-}
 
 } // namespace
 
@@ -172,7 +128,7 @@ void CairoCanvas::traceCut(const Curve& curve) {
     if (curve.closed() && !chords.empty())
         chords.push_back(chords.front());
     for (std::size_t i = 0; i + 1 < chords.size(); ++i)
-        if (const auto part = clipped(chords[i], chords[i + 1], safeBox())) {
+        if (const auto part = geometry::clippedTo(safeBox(), chords[i], chords[i + 1])) {
             cairo_move_to(context_, part->first.x, part->first.y);
             cairo_line_to(context_, part->second.x, part->second.y);
         }
@@ -335,42 +291,6 @@ void CairoCanvas::cellOutlines(const host::CellPatch& patch) {
             curve(Curve({{at(p)}, {at(p + patch.xStep)}, {at(q)}, {at(p + patch.yStep)}}, true),
                   {patch.colours[cell]});
         }
-}
-
-std::string readableText(const std::string& text) {
-    const bool valid = base::isValidUtf8(text);
-    std::string out;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<unsigned char>(text[i]);
-        if (text.compare(i, 2, "%%") == 0 && i + 2 < text.size()) {
-            switch (text[i + 2] | 0x20) {
-            case 'd':
-                out += "\u00B0";
-                break;
-            case 'c':
-                out += "\u2300";
-                break;
-            case 'p':
-                out += "\u00B1";
-                break;
-            case 'u':
-            case 'o':
-                break; // underlined, overlined
-            default:
-                out += text[i + 2];
-                break;
-            }
-            i += 2;
-        } else if (byte < 0x20 || byte == 0x7F) {
-            out += ' ';
-        } else if (!valid && byte >= 0x80) { // most likely Latin-1
-            out += static_cast<char>(0xC0 | (byte >> 6));
-            out += static_cast<char>(0x80 | (byte & 0x3F));
-        } else {
-            out += text[i];
-        }
-    }
-    return out;
 }
 
 } // namespace tessaran::drawing

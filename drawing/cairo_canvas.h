@@ -4,25 +4,12 @@
 
 #include "drawing/canvas.h"
 #include "drawing/colour_table.h"
+#include "drawing/page_map.h"
 #include "geometry/segment.h"
 
 #include <cairo.h>
 
-#include <string>
-
 namespace tessaran::drawing {
-
-// Where a part of the world stands on the page: one scale for both directions, Y upwards.
-struct PageMap {
-    host::Point2 worldCentre;
-    host::Point2 pageCentre; // page units, Y downwards
-    double scale = 1.0;      // page units a drawing unit
-
-    host::Point2 operator()(host::Point2 world) const {
-        return {pageCentre.x + (world.x - worldCentre.x) * scale,
-                pageCentre.y - (world.y - worldCentre.y) * scale};
-    }
-};
 
 struct PageInk {
     Rgb background{255, 255, 255};
@@ -61,9 +48,5 @@ class CairoCanvas final : public Canvas {
     double hairline_;
     double detail_;
 };
-
-// Text as fonts can show it: valid UTF-8 without control characters, the host's codes for degree,
-// diameter and plus-minus replaced.
-std::string readableText(const std::string& text);
 
 } // namespace tessaran::drawing

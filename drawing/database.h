@@ -131,11 +131,17 @@ class Database final : public host::Drawing {
     // A number for the drawing's content: undo brings the earlier number back, no two contents of
     // a drawing share one. Saving and autosaving compare it.
     std::uint64_t state() const { return state_; }
+    // Goes up with every single change, inside a command too: what is shown is out of date.
+    std::uint64_t revision() const { return revision_; }
     bool modified() const { return state_ != savedState_; }
     void markSaved() { savedState_ = state_; }
+    // The content came from elsewhere than the drawing's file: there is something to save.
+    void markUnsaved() { savedState_ = kNeverSaved; }
 
   private:
     friend class DatabaseBuilder;
+
+    static constexpr std::uint64_t kNeverSaved = ~std::uint64_t{0};
 
     // Entities keep their slot for good, so slots stand in drawing order, whatever is undone.
     struct Slot {
@@ -180,6 +186,7 @@ class Database final : public host::Drawing {
     std::uint64_t state_ = 0;
     std::uint64_t lastState_ = 0;
     std::uint64_t savedState_ = 0;
+    std::uint64_t revision_ = 0;
 
     mutable std::unique_ptr<SpatialIndex> index_;
 };

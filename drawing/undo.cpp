@@ -94,6 +94,7 @@ std::vector<std::string> Database::redoNames() const {
 
 // A command journals each slot once, so the order of the swaps does not matter.
 void Database::swapWith(CommandRecord& command) {
+    ++revision_;
     for (EntityStep& step : command.steps)
         step.other = replace(step.slot, std::move(step.other));
     if (command.otherTables) {
@@ -105,6 +106,7 @@ void Database::swapWith(CommandRecord& command) {
 
 void Database::journalSlot(std::size_t slot, std::unique_ptr<EntityRecord> before) {
     TESSARAN_CHECK(open_.has_value());
+    ++revision_;
     if (slots_[slot].touched == commandNumber_)
         return; // the state before the command is already kept
     slots_[slot].touched = commandNumber_;
@@ -113,6 +115,7 @@ void Database::journalSlot(std::size_t slot, std::unique_ptr<EntityRecord> befor
 
 Tables& Database::changeTables() {
     TESSARAN_CHECK(open_.has_value());
+    ++revision_;
     if (!open_->otherTables)
         open_->otherTables = tables_;
     return tables_;

@@ -148,4 +148,24 @@ std::vector<Point2> meetingPoints(const Segment& a, const Segment& b, double tol
     return found;
 }
 
+// Liang, Y.-D. and Barsky, B. A. (1984), A new concept and method for line clipping, ACM Trans.
+// Graph. 3, 1-22.
+std::optional<std::pair<Point2, Point2>> clippedTo(const Box2& box, Point2 from, Point2 to) {
+    const Point2 step = to - from;
+    double enter = 0.0;
+    double leave = 1.0;
+    const auto cut = [&](double towards, double room) {
+        if (towards == 0.0)
+            return room >= 0.0;
+        const double share = room / towards;
+        (towards < 0.0 ? enter : leave) =
+            towards < 0.0 ? std::max(enter, share) : std::min(leave, share);
+        return enter <= leave;
+    };
+    if (cut(-step.x, from.x - box.low.x) && cut(step.x, box.high.x - from.x) &&
+        cut(-step.y, from.y - box.low.y) && cut(step.y, box.high.y - from.y))
+        return std::pair{from + enter * step, from + leave * step};
+    return std::nullopt;
+}
+
 } // namespace tessaran::geometry

@@ -5,6 +5,7 @@
 #include "geometry/point.h"
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace tessaran::geometry {
@@ -32,6 +33,9 @@ struct Segment {
     // Share of the sweep at which an arc passes that direction from its centre; may be above 1.
     double shareAtAngle(double angle) const;
 };
+
+// The part of a straight chord inside the box, from its start on; nothing when it stays outside.
+std::optional<std::pair<Point2, Point2>> clippedTo(const Box2& box, Point2 from, Point2 to);
 
 // Where two segments meet within `tolerance`; the ends of a common stretch.
 std::vector<Point2> meetingPoints(const Segment& a, const Segment& b, double tolerance);

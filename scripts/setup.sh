@@ -11,6 +11,8 @@ packages=(
     libfmt-dev libtbb-dev libgeos-dev libcairo2-dev libhwy-dev libedit-dev libcli11-dev
     libnanoflann-dev
     fonts-dejavu-core
+    # the window, and a screen for its tests
+    qt6-base-dev qt6-qpa-plugins libgl1-mesa-dev xvfb
     # tests and benchmarks; the python packages and GDAL are independent readers of our files
     libgtest-dev libgmock-dev libbenchmark-dev python3-ezdxf python3-gdal python3-shapely
 )

@@ -1,0 +1,24 @@
+#include "desktop/application.h"
+
+#include "console/profile_file.h"
+#include "desktop/desktop_session.h"
+
+#include <QApplication>
+
+namespace tessaran::desktop {
+
+int runWindow(const std::string& drawing) {
+    int argc = 1;
+    char name[] = "tessaran";
+    char* argv[] = {name, nullptr};
+    QApplication application(argc, argv);
+    QApplication::setApplicationName("tessaran");
+    QApplication::setApplicationDisplayName("Tessaran");
+    QApplication::setQuitOnLastWindowClosed(false);
+    DesktopSession session(
+        {.profile = console::profilePath(), .configuration = console::configurationFolder()});
+    session.run(drawing);
+    return 0;
+}
+
+} // namespace tessaran::desktop

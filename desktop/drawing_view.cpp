@@ -1,0 +1,505 @@
+#include "desktop/drawing_view.h"
+
+#include "console/picking.h"
+#include "desktop/click_answers.h"
+#include "drawing/coordinates.h"
+#include "drawing/hit_test.h"
+#include "geometry/polygon.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QWheelEvent>
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+namespace tessaran::desktop {
+namespace {
+
+using host::EntityId;
+using host::Point2;
+using host::Point3;
+using Kind = PromptState::Kind;
+
+constexpr double kMargin = 1.05;       // around the drawing's extents
+constexpr double kWheelStep = 1.2;     // zoom of one notch
+constexpr double kSmallestView = 1e-9; // drawing units high
+constexpr double kLargestView = 1e13;
+constexpr double kSnapAperture = 10.0; // pixels
+constexpr double kPickTolerance = 5.0; // pixels
+constexpr double kDragged = 6.0;       // pixels beyond which a press is a drag
+constexpr int kRest = 70;              // milliseconds without a move
+constexpr std::chrono::milliseconds kSlice{18};
+constexpr std::chrono::milliseconds kCheap{22}; // pictures that are made anew for every frame
+constexpr std::size_t kMostLive = 800;          // highlighted entities painted with every frame
+
+double pixelDistance(QPointF a, QPointF b) {
+    return std::hypot(a.x() - b.x(), a.y() - b.y());
+}
+
+} // namespace
+
+DrawingView::DrawingView(console::HostState& state, const PromptBoard& board, QWidget* parent)
+    : QWidget(parent), state_(state), board_(board) {
+    setObjectName("drawingView");
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setCursor(Qt::BlankCursor);
+    setMinimumSize(200, 150);
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, this, [this] { renderSlice(); });
+}
+
+// --- the view -------------------------------------------------------------------------------
+
+drawing::PageMap DrawingView::map() const {
+    const drawing::View view = database().view();
+    return {view.centre, {0.5 * width(), 0.5 * height()}, 1.0 / view.unitsPerPixel()};
+}
+
+PictureKey DrawingView::wanted() const {
+    const drawing::View view = database().view();
+    const double ratio = devicePixelRatioF();
+    return {&database(),
+            database().revision(),
+            view.centre,
+            view.unitsPerPixel() * height(),
+            static_cast<int>(std::lround(width() * ratio)),
+            static_cast<int>(std::lround(height() * ratio)),
+            ratio,
+            style_.background};
+}
+
+Point2 DrawingView::worldAt(QPointF pixel) const {
+    return map().toWorld({pixel.x(), pixel.y()});
+}
+
+void DrawingView::setView(const drawing::View& view) {
+    if (!(view.height > kSmallestView && view.height < kLargestView) ||
+        !geometry::isUsable(view.centre))
+        return;
+    histories_.leave(database(), database().view());
+    database().setView(view);
+    viewChanged();
+}
+
+void DrawingView::viewChanged() {
+    timer_.start(picture_.took() <= kCheap ? 0 : kRest);
+    if (cursor_)
+        moveCursor(*cursor_);
+    update();
+}
+
+// A drawing that was never shown here is shown whole.
+void DrawingView::fitNewDrawing() {
+    drawing::View view = database().view();
+    const bool known = histories_.knows(database());
+    if (known && view.widthPixels == width() && view.heightPixels == height())
+        return;
+    const double unit = view.unitsPerPixel();
+    view.widthPixels = std::max(1, width());
+    view.heightPixels = std::max(1, height());
+    view.height = unit * view.heightPixels;
+    database().setView(view);
+    if (!known) {
+        histories_.leave(database(), view);
+        zoomExtents();
+    }
+}
+
+void DrawingView::zoomExtents() {
+    const host::Box2 box = database().extents();
+    if (box.empty())
+        return showView({50.0, 31.25}, 62.5);
+    const double aspect = static_cast<double>(width()) / std::max(1, height());
+    double high = std::max(box.height(), box.width() / aspect) * kMargin;
+    if (!(high > 0.0))
+        high = database().view().height;
+    showView(box.centre(), high);
+}
+
+void DrawingView::zoomPrevious() {
+    if (auto view = histories_.back(database())) {
+        view->widthPixels = std::max(1, width());
+        view->heightPixels = std::max(1, height());
+        database().setView(*view);
+        viewChanged();
+    }
+}
+
+void DrawingView::showView(Point2 centre, double high) {
+    drawing::View view = database().view();
+    view.centre = centre;
+    view.height = high;
+    view.widthPixels = std::max(1, width());
+    view.heightPixels = std::max(1, height());
+    setView(view);
+}
+
+void DrawingView::zoomBy(double factor, QPointF at) {
+    drawing::View view = database().view();
+    const Point2 fixed = worldAt(at);
+    view.height /= factor;
+    view.centre = fixed + (1.0 / factor) * (view.centre - fixed);
+    setView(view);
+}
+
+void DrawingView::panBy(QPointF pixels) {
+    drawing::View view = database().view();
+    const double unit = view.unitsPerPixel();
+    view.centre = view.centre + Point2{-pixels.x() * unit, pixels.y() * unit};
+    setView(view);
+}
+
+void DrawingView::beginZoomWindow() {
+    cancelDrag();
+    zoomWindow_ = true;
+    update();
+}
+
+// --- what is shown ----------------------------------------------------------------------------
+
+void DrawingView::refresh() {
+    histories_.keepOnly(state_.workspace);
+    const drawing::Database* shown = &database();
+    const bool other = shown != seen_;
+    if (other) {
+        boxFrom_.reset();
+        selection_.clear();
+    }
+    if (other || shown->revision() != seenRevision_) {
+        const std::size_t before = selection_.size();
+        std::erase_if(selection_, [&](EntityId id) { return shown->find(id) == nullptr; });
+        if ((other || before != selection_.size()) && listener_.selectionChanged)
+            listener_.selectionChanged();
+        ++selectionChanges_;
+    }
+    seen_ = shown;
+    seenRevision_ = shown->revision();
+    seenChanges_ = state_.graphics.changes();
+    fitNewDrawing();
+    if (!picture_.isCurrent(wanted()))
+        timer_.start(0);
+    update();
+}
+
+void DrawingView::setStyle(const ViewStyle& style) {
+    style_ = style;
+    timer_.start(0);
+    update();
+}
+
+bool DrawingView::atRest() const {
+    return picture_.isCurrent(wanted());
+}
+
+void DrawingView::settle() {
+    while (!atRest())
+        renderSlice();
+    repaint();
+}
+
+void DrawingView::renderSlice() {
+    const PictureKey key = wanted();
+    picture_.want(key);
+    if (!picture_.work(kSlice)) {
+        timer_.start(0);
+        return;
+    }
+    if (picture_.isCurrent(key) && key.box().contains(database().extents())) {
+        overview_ = picture_.image();
+        overviewKey_ = key;
+    }
+    update();
+}
+
+void DrawingView::paintPicture(QPainter& painter, const PictureKey& key) {
+    const QRgb paper = qRgb(style_.background.red, style_.background.green, style_.background.blue);
+    if (picture_.isCurrent(key))
+        return painter.drawImage(QPointF(0, 0), picture_.image());
+    painter.fillRect(rect(), QColor::fromRgb(paper));
+    const drawing::PageMap here = map();
+    const auto paint = [&](const QImage& image, const PictureKey& of) {
+        const host::Box2 box = of.box();
+        const Point2 low = here({box.low.x, box.high.y});
+        const Point2 high = here({box.high.x, box.low.y});
+        painter.drawImage(QRectF(QPointF(low.x, low.y), QPointF(high.x, high.y)), image,
+                          QRectF(QPointF(0, 0), QSizeF(image.size())));
+    };
+    const bool same = picture_.hasImage() && picture_.key().database == key.database;
+    const bool covers = same && picture_.key().box().contains(key.box());
+    if (!covers && !overview_.isNull() && overviewKey_.database == key.database &&
+        overviewKey_.revision == key.revision)
+        paint(overview_, overviewKey_);
+    if (same)
+        paint(picture_.image(), picture_.key());
+}
+
+std::vector<EntityId> DrawingView::highlighted() const {
+    std::vector<EntityId> ids(state_.graphics.highlighted().begin(),
+                              state_.graphics.highlighted().end());
+    ids.insert(ids.end(), selection_.begin(), selection_.end());
+    return ids;
+}
+
+// Many highlighted entities are painted once into an image that moves along with the picture.
+void DrawingView::paintSelected(QPainter& painter, const PictureKey& key) {
+    const std::size_t count = state_.graphics.highlighted().size() + selection_.size();
+    if (count == 0)
+        return;
+    if (count <= kMostLive)
+        return paintHighlights(painter, map(), style_, database(), highlighted());
+    const std::uint64_t changes = state_.graphics.changes() + selectionChanges_;
+    const bool stale = highlightImage_.isNull() || changes != highlightChanges_ ||
+                       highlightKey_.database != key.database;
+    if (stale || (atRest() && !(highlightKey_ == key))) {
+        highlightImage_ = QImage(size(), QImage::Format_ARGB32_Premultiplied);
+        highlightImage_.fill(Qt::transparent);
+        QPainter over(&highlightImage_);
+        paintHighlights(over, map(), style_, database(), highlighted());
+        highlightKey_ = key;
+        highlightChanges_ = changes;
+    }
+    const host::Box2 box = highlightKey_.box();
+    const Point2 low = map()({box.low.x, box.high.y});
+    const Point2 high = map()({box.high.x, box.low.y});
+    painter.drawImage(QRectF(QPointF(low.x, low.y), QPointF(high.x, high.y)), highlightImage_,
+                      QRectF(QPointF(0, 0), QSizeF(highlightImage_.size())));
+}
+
+void DrawingView::paintEvent(QPaintEvent* /*event*/) {
+    const PictureKey key = wanted();
+    // Small drawings are exact in every frame.
+    if (!picture_.isCurrent(key) && picture_.took() <= kCheap) {
+        picture_.want(key);
+        if (!picture_.work(kSlice))
+            timer_.start(0);
+    }
+    QPainter painter(this);
+    paintPicture(painter, key);
+    const drawing::PageMap here = map();
+    if (overlay_)
+        overlay_(painter, here);
+    paintGraphics(painter, here, style_, database(), state_.graphics, patches_);
+    paintSelected(painter, key);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    paintAxes(painter, style_, database().ucs(), height());
+    if (!cursor_)
+        return;
+    const PromptState& prompt = board_.current();
+    paintPrompt(painter, here, style_, database(), prompt, at_);
+    if (boxFrom_) {
+        const Point2 from = here(*boxFrom_);
+        paintSelectionBox(painter, style_, {from.x, from.y}, *cursor_);
+    }
+    if (snap_)
+        paintSnap(painter, style_, here, *snap_);
+    const bool picks = prompt.kind == Kind::pick || prompt.kind == Kind::selection;
+    paintCursor(painter, style_, *cursor_, (picks || prompt.kind == Kind::command) && !zoomWindow_,
+                !picks || zoomWindow_);
+}
+
+void DrawingView::resizeEvent(QResizeEvent* /*event*/) {
+    fitNewDrawing();
+    viewChanged();
+}
+
+// --- the mouse ----------------------------------------------------------------------------------
+
+Point3 DrawingView::orthogonal(Point3 world) const {
+    const PromptState& prompt = board_.current();
+    if (!ortho_ || !prompt.takesPoint() || !prompt.base)
+        return world;
+    Point3 user = drawing::toUser(database().ucs(), world);
+    const Point3 step = user - *prompt.base;
+    if (std::abs(step.x) >= std::abs(step.y))
+        user.y = prompt.base->y;
+    else
+        user.x = prompt.base->x;
+    return drawing::toWorld(database().ucs(), user);
+}
+
+void DrawingView::moveCursor(QPointF at) {
+    cursor_ = at;
+    const Point2 world = worldAt(at);
+    snap_.reset();
+    if (board_.current().takesPoint() && !zoomWindow_)
+        snap_ = findSnap(database(), world, kSnapAperture * unitsPerPixel(), snaps_);
+    at_ = snap_ ? snap_->at : orthogonal({world.x, world.y, 0.0});
+    if (listener_.cursorMoved)
+        listener_.cursorMoved(drawing::toUser(database().ucs(), at_));
+    update();
+}
+
+EntityId DrawingView::hitAt(QPointF at) const {
+    const auto hit = drawing::hitTest(database(), worldAt(at), kPickTolerance * unitsPerPixel());
+    return hit ? hit->entity : EntityId{};
+}
+
+void DrawingView::answer(std::vector<std::string> lines) const {
+    if (listener_.answer)
+        listener_.answer(lines);
+}
+
+void DrawingView::press(QPointF at, Qt::KeyboardModifiers keys) {
+    const PromptState& prompt = board_.current();
+    if (boxFrom_)
+        return finishBox(at, keys);
+    if (zoomWindow_) {
+        boxFrom_ = worldAt(at);
+        return;
+    }
+    if (prompt.takesPoint())
+        return answer({pointLine(database(), at_, snap_.has_value())});
+    if (prompt.kind == Kind::pick)
+        return pick();
+    if (prompt.kind == Kind::selection || prompt.kind == Kind::command)
+        selectAt(at, keys);
+}
+
+void DrawingView::pick() {
+    answer({pickLine(database(), hitAt(*cursor_), at_)});
+}
+
+void DrawingView::selectAt(QPointF at, Qt::KeyboardModifiers keys) {
+    const bool atCommand = board_.atCommand();
+    if (atCommand && listener_.clicked && listener_.clicked(worldAt(at)))
+        return;
+    const EntityId hit = hitAt(at);
+    const bool remove = keys.testFlag(Qt::ShiftModifier);
+    if (!hit) {
+        boxFrom_ = worldAt(at);
+        return;
+    }
+    if (atCommand)
+        toggle({hit}, remove);
+    else if (remove)
+        answer({"remove", handlesLine({hit}), "add"});
+    else
+        answer({handlesLine({hit})});
+}
+
+void DrawingView::finishBox(QPointF to, Qt::KeyboardModifiers keys) {
+    const Point2 from = *boxFrom_;
+    const Point2 corner = worldAt(to);
+    boxFrom_.reset();
+    update();
+    if (std::exchange(zoomWindow_, false)) {
+        host::Box2 box;
+        box.add(from);
+        box.add(corner);
+        const double aspect = static_cast<double>(width()) / std::max(1, height());
+        return showView(box.centre(), std::max(box.height(), box.width() / aspect));
+    }
+    const bool remove = keys.testFlag(Qt::ShiftModifier);
+    if (board_.atCommand())
+        return selectInBox(from, corner, remove);
+    const std::string line = boxLine(database(), from, corner);
+    if (remove)
+        answer({"remove", line, "add"});
+    else
+        answer({line});
+}
+
+void DrawingView::selectInBox(Point2 from, Point2 to, bool remove) {
+    const auto step = console::parseSelection(boxLine(database(), from, to), {});
+    if (!step)
+        return;
+    if (const auto found = console::selectedBy(*step, document(), {}))
+        toggle(*found, remove);
+}
+
+void DrawingView::toggle(const std::vector<EntityId>& ids, bool remove) {
+    std::vector<EntityId> kept = selection_;
+    std::set<EntityId> known(kept.begin(), kept.end());
+    if (remove) {
+        const std::set<EntityId> going(ids.begin(), ids.end());
+        std::erase_if(kept, [&](EntityId id) { return going.contains(id); });
+    } else {
+        for (const EntityId id : ids)
+            if (known.insert(id).second)
+                kept.push_back(id);
+    }
+    select(std::move(kept));
+}
+
+void DrawingView::select(std::vector<EntityId> ids) {
+    if (ids == selection_)
+        return;
+    selection_ = std::move(ids);
+    ++selectionChanges_;
+    if (listener_.selectionChanged)
+        listener_.selectionChanged();
+    update();
+}
+
+bool DrawingView::cancelDrag() {
+    const bool was = boxFrom_.has_value() || zoomWindow_;
+    boxFrom_.reset();
+    zoomWindow_ = false;
+    update();
+    return was;
+}
+
+void DrawingView::mousePressEvent(QMouseEvent* event) {
+    setFocus(Qt::MouseFocusReason);
+    moveCursor(event->position());
+    if (event->button() == Qt::MiddleButton)
+        panFrom_ = event->position();
+    else if (event->button() == Qt::LeftButton)
+        press(event->position(), event->modifiers());
+    else if (event->button() == Qt::RightButton && listener_.menuWanted)
+        listener_.menuWanted(event->globalPosition().toPoint());
+}
+
+void DrawingView::mouseMoveEvent(QMouseEvent* event) {
+    if (panFrom_) {
+        const QPointF step = event->position() - *panFrom_;
+        panFrom_ = event->position();
+        panBy(step);
+    }
+    moveCursor(event->position());
+}
+
+// A box is given by two clicks, or by one drag.
+void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::MiddleButton)
+        panFrom_.reset();
+    if (event->button() != Qt::LeftButton || !boxFrom_)
+        return;
+    const Point2 from = map()(*boxFrom_);
+    if (pixelDistance({from.x, from.y}, event->position()) > kDragged)
+        finishBox(event->position(), event->modifiers());
+}
+
+void DrawingView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::MiddleButton)
+        zoomExtents();
+    else
+        mousePressEvent(event);
+}
+
+void DrawingView::wheelEvent(QWheelEvent* event) {
+    const double notches = event->angleDelta().y() / 120.0;
+    if (notches != 0.0)
+        zoomBy(std::pow(kWheelStep, notches), event->position());
+    event->accept();
+}
+
+void DrawingView::keyPressEvent(QKeyEvent* event) {
+    if (listener_.keyTyped)
+        listener_.keyTyped(event);
+    else
+        QWidget::keyPressEvent(event);
+}
+
+void DrawingView::leaveEvent(QEvent* /*event*/) {
+    cursor_.reset();
+    if (listener_.cursorMoved)
+        listener_.cursorMoved(std::nullopt);
+    update();
+}
+
+} // namespace tessaran::desktop

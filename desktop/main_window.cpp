@@ -1,0 +1,241 @@
+#include "desktop/main_window.h"
+
+#include "base/file.h"
+#include "desktop/click_answers.h"
+#include "desktop/main_menu.h"
+#include "desktop/qt_text.h"
+#include "desktop/recent_files.h"
+
+#include <fmt/format.h>
+
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QDropEvent>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace tessaran::desktop {
+
+MainWindow::MainWindow(const Parts& parts)
+    : parts_(parts), tabs_(new QTabBar), view_(nullptr), commands_(new CommandPanel(this)),
+      meter_(new StatusMeter(parts.busy, this)), coordinates_(new QLabel(this)) {
+    setObjectName("mainWindow");
+    setAcceptDrops(true);
+    resize(1280, 860);
+    auto* centre = new QWidget(this);
+    auto* column = new QVBoxLayout(centre);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    view_ = new DrawingView(parts_.state, parts_.board, centre);
+    tabs_->setObjectName("documentTabs");
+    tabs_->setTabsClosable(true);
+    tabs_->setExpanding(false);
+    tabs_->setDocumentMode(true);
+    column->addWidget(tabs_);
+    column->addWidget(view_, 1);
+    setCentralWidget(centre);
+    auto* dock = new QDockWidget("Command line", this);
+    dock->setObjectName("commandDock");
+    dock->setWidget(commands_);
+    addDockWidget(Qt::BottomDockWidgetArea, dock);
+    resizeDocks({dock}, {150}, Qt::Vertical);
+    buildStatusBar();
+    listen();
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::buildStatusBar() {
+    coordinates_->setMinimumWidth(260);
+    statusBar()->addPermanentWidget(meter_);
+    statusBar()->addPermanentWidget(coordinates_);
+}
+
+void MainWindow::buildMenus() {
+    menu_ = std::make_unique<MainMenu>(*this);
+}
+
+void MainWindow::listen() {
+    view_->setListener({
+        .answer = [this](const std::vector<std::string>& lines) { parts_.lines.answer(lines); },
+        .cursorMoved = [this](std::optional<host::Point3> at) { showCursor(at); },
+        .selectionChanged = [] {},
+        .keyTyped = [this](QKeyEvent* event) { commands_->line().take(event); },
+        .menuWanted = [this](QPoint) { submit(""); },
+        .clicked = {},
+    });
+    commands_->line().setListener({
+        .submitted = [this](const std::string& line) { submit(line); },
+        .escaped = [this] { escape(); },
+        .context =
+            [this] {
+                console::CompletionContext context;
+                for (const host::Keyword& keyword : parts_.board.current().keywords)
+                    context.keywords.push_back(keyword.name);
+                if (parts_.board.atCommand())
+                    for (const console::Command& command : parts_.state.commands.commands())
+                        context.commands.push_back(command.localName);
+                return context;
+            },
+    });
+    commands_->setChosen([this](const std::string& keyword) { submit(keyword); });
+    QObject::connect(tabs_, &QTabBar::tabBarClicked, this, [this](int index) {
+        if (index < 0)
+            return;
+        const auto& wanted = *parts_.state.workspace.documents()[static_cast<std::size_t>(index)];
+        if (&wanted != &parts_.state.workspace.current())
+            run({"DOCUMENT", wanted.name});
+        showDocuments();
+    });
+    QObject::connect(tabs_, &QTabBar::tabCloseRequested, this,
+                     [this](int index) { closeTab(index); });
+}
+
+// --- what users do ------------------------------------------------------------------------------
+
+bool MainWindow::run(std::vector<std::string> command) {
+    if (!parts_.lines.waiting() || (inDialog_ && inDialog_()))
+        return false;
+    parts_.lines.run(std::move(command));
+    return true;
+}
+
+bool MainWindow::runOnSelection(const std::string& command) {
+    if (view_->selection().empty() || !parts_.lines.atCommandPrompt())
+        return run({command});
+    const std::string handles = handlesLine(view_->selection());
+    view_->clearSelection();
+    return run({command, handles, ""});
+}
+
+void MainWindow::submit(const std::string& line) {
+    static const std::vector<std::string> onSelection{"ERASE", "MOVE", "LIST"};
+    const console::Command* command =
+        parts_.board.atCommand() ? parts_.state.commands.find(line) : nullptr;
+    if (command != nullptr && !view_->selection().empty() &&
+        std::find(onSelection.begin(), onSelection.end(), command->localName) != onSelection.end())
+        runOnSelection(command->localName);
+    else
+        parts_.lines.answer(line);
+}
+
+void MainWindow::escape() {
+    if (view_->cancelDrag())
+        return;
+    if (parts_.lines.atCommandPrompt())
+        view_->clearSelection();
+    else if (!parts_.lines.answer("^C"))
+        parts_.busy.escape();
+}
+
+void MainWindow::openFiles(const QStringList& files) {
+    for (const QString& file : files)
+        run({"OPEN", utf8(file)});
+}
+
+void MainWindow::closeTab(int index) {
+    const auto& documents = parts_.state.workspace.documents();
+    const auto at = static_cast<std::size_t>(index);
+    if (index < 0 || at >= documents.size())
+        return;
+    if (documents[at].get() != &parts_.state.workspace.current())
+        run({"DOCUMENT", documents[at]->name});
+    run({"CLOSE"});
+}
+
+void MainWindow::saveSessionScript(const QString& path) {
+    const auto from = recordedFrom_.find(&parts_.state.workspace.database());
+    const auto written = base::writeFile(
+        utf8(path), parts_.recorder.script(from == recordedFrom_.end() ? 0 : from->second));
+    if (!written)
+        QMessageBox::warning(this, "Tessaran", qt(written.error().message()));
+    else
+        statusBar()->showMessage("Session saved as " + path, 5000);
+}
+
+// --- around each wait
+// -----------------------------------------------------------------------------
+
+void MainWindow::waitBegins() {
+    noteOpened();
+    showDocuments();
+    commands_->showPrompt(parts_.board.current());
+    view_->refresh();
+    if (menu_)
+        menu_->refresh(parts_.lines.atCommandPrompt());
+}
+
+void MainWindow::waitEnds() {
+    commands_->showBusy();
+}
+
+// Drawings that have come: their lines of the record begin here, and they are recent ones.
+void MainWindow::noteOpened() {
+    const auto& documents = parts_.state.workspace.documents();
+    std::erase_if(recordedFrom_, [&](const auto& entry) {
+        return std::none_of(documents.begin(), documents.end(), [&](const auto& document) {
+            return document->database.get() == entry.first;
+        });
+    });
+    for (const auto& document : documents) {
+        if (!recordedFrom_.emplace(document->database.get(), parts_.recorder.size()).second)
+            continue;
+        if (const auto& path = document->database->path(); !path.empty())
+            addRecent(parts_.state.profileFile, path);
+    }
+}
+
+QString MainWindow::tabText(const console::Document& document) const {
+    return qt(document.name) + (document.database->modified() ? "*" : "");
+}
+
+void MainWindow::showDocuments() {
+    const console::Workspace& workspace = parts_.state.workspace;
+    const auto count = static_cast<int>(workspace.documents().size());
+    while (tabs_->count() > count)
+        tabs_->removeTab(tabs_->count() - 1);
+    while (tabs_->count() < count)
+        tabs_->addTab({});
+    for (int k = 0; k < count; ++k) {
+        const console::Document& document = *workspace.documents()[static_cast<std::size_t>(k)];
+        tabs_->setTabText(k, tabText(document));
+        tabs_->setTabToolTip(k, qt(document.database->path().string()));
+        if (&document == &workspace.current())
+            tabs_->setCurrentIndex(k);
+    }
+    setWindowTitle(tabText(workspace.current()) + " - Tessaran");
+}
+
+void MainWindow::showCursor(const std::optional<host::Point3>& at) {
+    coordinates_->setText(
+        at ? qt(fmt::format("X {:.3f}   Y {:.3f}   Z {:.3f}", at->x, at->y, at->z)) : QString());
+}
+
+// --- the window itself
+// ----------------------------------------------------------------------------
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (parts_.lines.ended())
+        return event->accept();
+    event->ignore();
+    run({"QUIT"});
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+    QStringList files;
+    for (const QUrl& url : event->mimeData()->urls())
+        if (url.isLocalFile())
+            files.push_back(url.toLocalFile());
+    openFiles(files);
+    event->acceptProposedAction();
+}
+
+} // namespace tessaran::desktop

@@ -1,0 +1,85 @@
+#pragma once
+
+// The window: the drawing with its tabs, the command panel, layer and property panels, the status
+// bar and the menus. It owns widgets; the program behind it is the session's.
+
+#include "console/console_host.h"
+#include "desktop/command_panel.h"
+#include "desktop/drawing_view.h"
+#include "desktop/status_meter.h"
+#include "desktop/window_lines.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTabBar>
+#include <functional>
+
+namespace tessaran::desktop {
+
+class MainMenu;
+
+class MainWindow final : public QMainWindow {
+  public:
+    // What of the session it works with.
+    struct Parts {
+        console::HostState& state;
+        WindowLines& lines;
+        PromptBoard& board;
+        Busy& busy;
+        SessionRecorder& recorder;
+    };
+    explicit MainWindow(const Parts& parts);
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+    ~MainWindow() override;
+
+    DrawingView& view() { return *view_; }
+    CommandPanel& commands() { return *commands_; }
+    StatusMeter& meter() { return *meter_; }
+    console::HostState& state() { return parts_.state; }
+
+    // Whether a dialog is open, hidden or not; nothing else can be begun then.
+    void setInDialog(std::function<bool()> inDialog) { inDialog_ = std::move(inDialog); }
+    void buildMenus();
+
+    // --- what users do
+    // A command with its answers; false while a dialog is open or something computes.
+    bool run(std::vector<std::string> command);
+    // The same with the selected objects as the first answer, where there are some.
+    bool runOnSelection(const std::string& command);
+    void openFiles(const QStringList& files);
+    void saveSessionScript(const QString& path);
+
+    // --- around each wait for a line
+    void waitBegins();
+    void waitEnds();
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+  private:
+    void buildStatusBar();
+    void listen();
+    void escape();
+    void submit(const std::string& line);
+    void showDocuments();
+    void noteOpened();
+    void showCursor(const std::optional<host::Point3>& at);
+    void closeTab(int index);
+    QString tabText(const console::Document& document) const;
+
+    Parts parts_;
+    QTabBar* tabs_;
+    DrawingView* view_;
+    CommandPanel* commands_;
+    StatusMeter* meter_;
+    QLabel* coordinates_;
+    std::unique_ptr<MainMenu> menu_;
+    std::function<bool()> inDialog_;
+    // Where each open drawing's lines begin in the record.
+    std::map<const drawing::Database*, std::size_t> recordedFrom_;
+};
+
+} // namespace tessaran::desktop
