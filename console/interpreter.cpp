@@ -1,6 +1,7 @@
 #include "console/interpreter.h"
 
 #include "base/text.h"
+#include "console/plain_commands.h"
 
 #include <fmt/format.h>
 
@@ -65,6 +66,8 @@ void Interpreter::runCommand(const Command& found) {
         command.run();
         return;
     }
+    if (command.group != kPlainGroup)
+        host_.state().graphics.clear(); // what the one before left shown
     drawing::Database& database = host_.workspace().database();
     database.beginCommand(command.localName);
     try {

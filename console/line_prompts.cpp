@@ -210,7 +210,7 @@ bool LinePrompts::completePoints(SelectionStep& step) {
 
 PromptResult<std::vector<EntityId>> LinePrompts::getSelection(const host::SelectionPrompt& prompt) {
     Document& document = workspace_.current();
-    SelectionRun run(document, prompt.filter);
+    SelectionRun run(document, prompt.filter, prompt.selected);
     for (;;) {
         auto step = ask<SelectionStep>(
             run.removing() ? prompt.removeMessage : prompt.message, prompt.keywords, Words::all,
@@ -221,6 +221,7 @@ PromptResult<std::vector<EntityId>> LinePrompts::getSelection(const host::Select
             PromptResult<std::vector<EntityId>> result;
             result.status = step.status;
             result.keyword = step.keyword;
+            result.value = run.selected();
             return result;
         }
         const bool needsPoints = step.value.points.empty() && step.value.mostPoints() > 0;

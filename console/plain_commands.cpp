@@ -10,8 +10,6 @@
 namespace tessaran::console {
 namespace {
 
-constexpr const char* kGroup = "TESSARAN_HOST";
-
 // Not one of the module's commands: the CAD host has no name for it.
 void roofRatingCommand(ConsoleHost& host) {
     cmrr::CMRR(host);
@@ -63,9 +61,9 @@ void printMenu(ConsoleHost& host, const std::vector<host::MenuItem>& items, int 
 void addPlainCommands(ConsoleHost& host, std::function<void()> quit) {
     CommandList& commands = host.state().commands;
     for (const PlainCommand& row : kCommands)
-        commands.add(Command{kGroup, row.name, row.name, [&host, run = row.run] { run(host); },
+        commands.add(Command{kPlainGroup, row.name, row.name, [&host, run = row.run] { run(host); },
                              row.undoStep, row.help});
-    commands.add(Command{kGroup, "QUIT", "QUIT",
+    commands.add(Command{kPlainGroup, "QUIT", "QUIT",
                          [&host, quit = std::move(quit)] {
                              if (mayQuit(host))
                                  quit();

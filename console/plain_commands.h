@@ -8,6 +8,9 @@
 
 namespace tessaran::console {
 
+// The command group of all of them.
+inline constexpr const char* kPlainGroup = "TESSARAN_HOST";
+
 // `quit` ends the program that runs the host.
 void addPlainCommands(ConsoleHost& host, std::function<void()> quit);
 

@@ -12,8 +12,9 @@ namespace tessaran::console {
 
 class SelectionRun {
   public:
-    SelectionRun(const Document& document, const host::SelectionFilter& filter)
-        : document_(document), filter_(filter) {}
+    SelectionRun(const Document& document, const host::SelectionFilter& filter,
+                 std::vector<EntityId> selected = {})
+        : document_(document), filter_(filter), selected_(std::move(selected)) {}
 
     // Carries the step out; the text to print, such as "\n2 found, 5 total".
     base::Result<std::string> take(const SelectionStep& step);

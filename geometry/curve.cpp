@@ -38,13 +38,6 @@ std::vector<Segment> segmentsOf(const Curve& curve) {
     return segments;
 }
 
-// Rounding of coordinates of this size, and the system's tolerance at least.
-double meetingTolerance(const Box2& box) {
-    const double size = std::max(
-        {std::abs(box.low.x), std::abs(box.low.y), std::abs(box.high.x), std::abs(box.high.y)});
-    return std::max(base::kTolerance, 8.0 * std::numeric_limits<double>::epsilon() * size);
-}
-
 struct Meeting {
     double along;
     Point2 at;

@@ -3,6 +3,8 @@
 #include "geometry/edge.h"
 #include "geometry/region.h"
 
+#include <numbers>
+
 namespace tessaran::geometry {
 
 namespace {
@@ -115,6 +117,28 @@ bool pointInPolygon(Point2 point, std::span<const Point2> polygon) {
         previous = p;
     }
     return winding != 0;
+}
+
+bool isConvex(std::span<const Point2> polygon) {
+    const std::span<const Point2> p = withoutClosingVertex(polygon);
+    const std::size_t n = p.size();
+    if (n < 3 || !isUsable(p))
+        return false;
+    double turned = 0.0;
+    int side = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        const Vector2 in = p[(k + 1) % n] - p[k];
+        const Vector2 out = p[(k + 2) % n] - p[(k + 1) % n];
+        const double turn = std::atan2(cross(in, out), dot(in, out));
+        if (turn == 0.0)
+            continue;
+        const int now = turn > 0.0 ? 1 : -1;
+        if (side != 0 && now != side)
+            return false;
+        side = now;
+        turned += turn;
+    }
+    return side != 0 && std::abs(turned) < 3.0 * std::numbers::pi; // once around is 2 pi
 }
 
 double overlapArea(std::span<const Point2> a, std::span<const Point2> b) {

@@ -27,6 +27,10 @@ std::span<const Point2> withoutClosingVertex(std::span<const Point2> polygon);
 double signedArea(std::span<const Point2> polygon);
 double area(std::span<const Point2> polygon);
 
+// Whether the outline turns one way all around, once. Straight angles count as no turn; an outline
+// without area is not convex.
+bool isConvex(std::span<const Point2> polygon);
+
 // The part of the polygon inside a convex window of either orientation (Sutherland, I. E. and
 // Hodgman, G. W. (1974), Reentrant polygon clipping, Comm. ACM 17, 32-42). Parts that lie apart
 // stay joined along the window's sides, which adds no area.

@@ -1,5 +1,7 @@
 #include "geometry/segment.h"
 
+#include "base/tolerance.h"
+
 #include <numbers>
 
 namespace tessaran::geometry {
@@ -132,6 +134,12 @@ int Segment::chordCount(double sag) const {
     if (!(std::abs(sweep) < kMostChords * widest))
         return kMostChords;
     return std::max(1, static_cast<int>(std::ceil(std::abs(sweep) / widest)));
+}
+
+double meetingTolerance(const Box2& box) {
+    const double size = std::max(
+        {std::abs(box.low.x), std::abs(box.low.y), std::abs(box.high.x), std::abs(box.high.y)});
+    return std::max(base::kTolerance, 8.0 * std::numeric_limits<double>::epsilon() * size);
 }
 
 std::vector<Point2> meetingPoints(const Segment& a, const Segment& b, double tolerance) {

@@ -37,6 +37,10 @@ struct Segment {
 // The part of a straight chord inside the box, from its start on; nothing when it stays outside.
 std::optional<std::pair<Point2, Point2>> clippedTo(const Box2& box, Point2 from, Point2 to);
 
+// Within this of each other, segments of plans of that extent meet: the rounding of such
+// coordinates, and the system's tolerance at least.
+double meetingTolerance(const Box2& box);
+
 // Where two segments meet within `tolerance`; the ends of a common stretch.
 std::vector<Point2> meetingPoints(const Segment& a, const Segment& b, double tolerance);
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// Temporary graphics: shown over the drawing, never part of it.
+// Temporary graphics: shown over the drawing, never part of it. What a command leaves shown or
+// highlighted goes when the next of the system's commands begins.
 
 #include "host/entity.h"
 

@@ -79,6 +79,7 @@ struct SelectionPrompt {
     std::string removeMessage = "\nRemove objects:";
     std::string keywords{};
     SelectionFilter filter{};
+    std::vector<EntityId> selected{}; // already in the selection; the user goes on from there
 };
 
 class Prompts {
@@ -97,7 +98,8 @@ class Prompts {
     virtual PromptResult<std::string> getKeyword(const std::string& message,
                                                  const std::string& keywords) = 0;
     virtual PromptResult<Pick> pickEntity(const PickPrompt& prompt) = 0;
-    // Repeats until Enter; an empty selection gives status none.
+    // Repeats until Enter; an empty selection gives status none. With a keyword comes what was
+    // selected before it.
     virtual PromptResult<std::vector<EntityId>> getSelection(const SelectionPrompt& prompt) = 0;
 };
 

@@ -9,6 +9,8 @@
 namespace tessaran::host {
 namespace {
 
+constexpr const char* kExtract = "Extract";
+
 void addOnce(std::vector<std::string>& names, const std::string& name) {
     const bool known = std::any_of(names.begin(), names.end(), [&](const std::string& other) {
         return base::equalsIgnoringCase(other, name);
@@ -62,9 +64,11 @@ std::optional<std::string> askForLayers(Host& host) {
     const std::string names(base::trimmed(answer.value));
     if (!answer.ok() || names.empty())
         return std::nullopt;
-    if (names.front() == 'E' || names.front() == 'e')
-        return layersOfSelection(host);
-    return names;
+    if (names.front() != 'E' && names.front() != 'e')
+        return names;
+    if (!base::lowered(kExtract).starts_with(base::lowered(names)))
+        host.print("\nA name that begins with E stands for Extract: select objects of the layer.");
+    return layersOfSelection(host);
 }
 
 std::vector<std::string> pickLayers(Host& host, std::vector<std::string> chosen,

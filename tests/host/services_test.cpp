@@ -49,6 +49,11 @@ TEST(Layers, AreAskedForByNameOrTakenFromObjects) {
     EXPECT_EQ(askForLayers(host), "P,Q");
     EXPECT_EQ(host.printed, "\nSelcted Layers: P,Q");
     EXPECT_EQ(askForLayers(host), std::nullopt); // Enter
+    host.printed.clear();
+    host.answers = {"Entries"}; // no such name can be typed at this prompt
+    EXPECT_EQ(askForLayers(host), "P,Q");
+    EXPECT_EQ(host.printed, "\nA name that begins with E stands for Extract: select objects of the "
+                            "layer.\nSelcted Layers: P,Q");
     EXPECT_EQ(askForLayers(host), std::nullopt); // Escape
 }
 
