@@ -5,6 +5,7 @@
 #include "app/tessaran_app.h"
 #include "factors/area_commands.h"
 #include "factors/generator_commands.h"
+#include "factors/polyline_commands.h"
 #include "grid/base_grid_commands.h"
 #include "host/host.h"
 #include "index/composite_commands.h"
@@ -40,13 +41,14 @@ constexpr std::array kCommands{
     CommandRow{"zelk_StabilityIndex", commandHandler<index::zelk_StabilityIndex>},
     CommandRow{"zelk_indexMapping", commandHandler<index::zelk_indexMapping>},
     CommandRow{"zelk_gridUtility", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_createPolylineFromObjects", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_joinPolylines", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_checkClosedPolylines", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_checkOverlaps", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_checkDuplicates", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_checkContours", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_clearWorkingLayer", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_createPolylineFromObjects",
+               commandHandler<factors::zelk_createPolylineFromObjects>},
+    CommandRow{"zelk_joinPolylines", commandHandler<factors::zelk_joinPolylines>},
+    CommandRow{"zelk_checkClosedPolylines", commandHandler<factors::zelk_checkClosedPolylines>},
+    CommandRow{"zelk_checkOverlaps", commandHandler<factors::zelk_checkOverlaps>},
+    CommandRow{"zelk_checkDuplicates", commandHandler<factors::zelk_checkDuplicates>},
+    CommandRow{"zelk_checkContours", commandHandler<factors::zelk_checkContours>},
+    CommandRow{"zelk_clearWorkingLayer", commandHandler<factors::zelk_clearWorkingLayer>},
     CommandRow{"zelk_RFRI_Draw", commandHandler<notAvailableYet>},
     CommandRow{"zelk_RFRI_Calc", commandHandler<notAvailableYet>},
     CommandRow{"zelk_zelkabout", commandHandler<zelk_zelkabout>},
