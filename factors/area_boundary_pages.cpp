@@ -76,7 +76,7 @@ void CBoundTab::describe(host::PageBuilder& page) {
         layers_ = host::pickLayers(session.host(), layers_);
     });
     page.real(kRange, range_);
-    page.button("< &Range", [this](DialogSession& session) { pickRange(session); });
+    page.button("< &Range", [this](DialogSession& session) { pickRange(session); }).beside();
     page.button("< Create from Polylines in Layer ",
                 [this](DialogSession& session) { createFromLayers(session); });
     page.button("< Create from Center Lines",

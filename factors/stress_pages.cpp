@@ -67,7 +67,8 @@ void CHorizonStressTab::describe(host::PageBuilder& page) {
         .onChange([this](DialogSession& session, const std::string& before) {
             orientationTyped(session, before);
         });
-    page.button("< Orientation", [this](DialogSession& session) { pickOrientation(session); });
+    page.button("< Orientation", [this](DialogSession& session) { pickOrientation(session); })
+        .beside();
     describeButtons(page);
 }
 

@@ -74,8 +74,8 @@ void CGridTab::describeLocation(host::PageBuilder& page) {
     page.group("Grid Location");
     page.text(kOriginX, originX_.shown);
     page.text(kOriginY, originY_.shown);
+    page.button("Pick a Point", [this](DialogSession& session) { pickOrigin(session); }).beside();
     page.text(kRotation, texts_.rotation);
-    page.button("Pick a Point", [this](DialogSession& session) { pickOrigin(session); });
 }
 
 void CGridTab::describeGeometry(host::PageBuilder& page) {
@@ -84,10 +84,12 @@ void CGridTab::describeGeometry(host::PageBuilder& page) {
     page.text(kCellsY, texts_.cellsY);
     page.text(kWidthX, texts_.widthX);
     page.button("< Cell Size",
-                [this](DialogSession& session) { pickCellSize(session, texts_.widthX, "X"); });
+                [this](DialogSession& session) { pickCellSize(session, texts_.widthX, "X"); })
+        .beside();
     page.text(kWidthY, texts_.widthY);
     page.button("< Cell Size",
-                [this](DialogSession& session) { pickCellSize(session, texts_.widthY, "Y"); });
+                [this](DialogSession& session) { pickCellSize(session, texts_.widthY, "Y"); })
+        .beside();
     page.button("< Geometry", [this](DialogSession& session) { pickGeometry(session); });
     page.information("Total number of Cells:",
                      [this] { return std::to_string(totalCells(texts_)); });

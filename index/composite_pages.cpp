@@ -55,9 +55,9 @@ void StabilityPage::describe(host::PageBuilder& page) {
 void StabilityPage::describeEntry(host::PageBuilder& page) {
     page.text("Name", edited_.name);
     page.text("Weighting Factor", edited_.weighting).tip("(0 -- 100)");
-    page.information("", [] { return std::string("(0 -- 100)"); });
+    page.information("", [] { return std::string("(0 -- 100)"); }).beside();
     page.information("Factor Grid:", [this] { return edited_.gridFile; });
-    page.button("< Select Index Grid", [this](DialogSession& s) { selectGrid(s.host()); });
+    page.button("< Select Index Grid", [this](DialogSession& s) { selectGrid(s.host()); }).beside();
     page.button("Add", [this](DialogSession& s) { add(s.host()); });
     page.button("Update", [this](DialogSession& s) { update(s.host()); });
     page.button("Remove", [this](DialogSession& s) { remove(s.host()); });

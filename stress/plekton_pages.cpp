@@ -27,7 +27,7 @@ std::string savedFiles(const PreparedRun& run) {
 
 void PlektonPage::describe(host::PageBuilder& page) {
     page.text("Input File Name: (.inp)", inputFile_);
-    page.button("&Select File", [this](DialogSession& s) { selectFile(s.host()); });
+    page.button("&Select File", [this](DialogSession& s) { selectFile(s.host()); }).beside();
     page.button("&Run", [this](DialogSession& s) { run(s); });
 }
 

@@ -49,7 +49,7 @@ void takeRotationOfBaseGrid(Host& host, myGrid& grid) {
 } // namespace
 
 void TransferPage::describe(host::PageBuilder& page) {
-    page.information("Current Plekton File:", [this] {
+    page.information("", [this] {
         return "Current Plekton file: " + (file_.empty() ? std::string("None") : file_);
     });
     page.button("Select", [this](DialogSession& s) { select(s.host()); });

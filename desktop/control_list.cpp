@@ -1,0 +1,140 @@
+// Lists of rows in columns: select, open by a double click, and the Delete key where the page has a
+// button for it.
+
+#include "desktop/control_makers.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+#include <algorithm>
+#include <functional>
+
+namespace tessaran::desktop {
+namespace {
+
+using host::Control;
+using host::DialogSession;
+using Purpose = DialogSession::Purpose;
+
+constexpr int kWidestColumn = 320; // pixels, before the user drags it
+constexpr int kWidestList = 640;
+constexpr int kShownRows = 7;
+
+QStringList texts(const std::vector<std::string>& row) {
+    QStringList out;
+    for (const std::string& cell : row)
+        out.append(QString::fromStdString(cell));
+    return out;
+}
+
+class Rows final : public QTreeWidget {
+  public:
+    std::function<void()> onDelete;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->matches(QKeySequence::Delete))
+            onDelete();
+        else
+            QTreeWidget::keyPressEvent(event);
+    }
+};
+
+class ListView final : public ControlView {
+  public:
+    ListView(DialogActions& actions, const DialogActions::Place& place)
+        : ControlView(actions, place) {
+        name(*tree_, Purpose::select);
+        tree_->setRootIsDecorated(false);
+        tree_->setAlternatingRowColors(true);
+        tree_->setUniformRowHeights(true);
+        tree_->setSelectionMode(control().manySelected ? QAbstractItemView::ExtendedSelection
+                                                       : QAbstractItemView::SingleSelection);
+        tree_->setHeaderLabels(texts(control().columns));
+        tree_->setHeaderHidden(control().columns.empty());
+        fitColumns();
+        tree_->setMinimumHeight((kShownRows + 1) * (tree_->fontMetrics().height() + 6));
+        connectSignals();
+    }
+
+    QWidget* widget() override { return tree_; }
+    void refresh() override {
+        const QSignalBlocker blocker(tree_);
+        const std::vector<Control::Row> rows = control().rows();
+        if (rows != shown_ || tree_->topLevelItemCount() != static_cast<int>(rows.size()))
+            fill(rows);
+        const std::vector<int>& selected = *control().selection;
+        for (int row = 0; row < tree_->topLevelItemCount(); ++row)
+            tree_->topLevelItem(row)->setSelected(
+                std::find(selected.begin(), selected.end(), row) != selected.end());
+        if (!selected.empty() && selected.front() < tree_->topLevelItemCount())
+            tree_->scrollToItem(tree_->topLevelItem(selected.front()));
+    }
+
+  private:
+    void connectSignals() {
+        QObject::connect(tree_, &QTreeWidget::itemSelectionChanged, tree_, [this] {
+            actions_.select(place_, selectedRows());
+            refresh();
+        });
+        QObject::connect(tree_, &QTreeWidget::itemDoubleClicked, tree_,
+                         [this](QTreeWidgetItem* item) {
+                             actions_.openRow(place_, tree_->indexOfTopLevelItem(item));
+                         });
+        tree_->onDelete = [this] { pressDelete(); };
+    }
+
+    std::vector<int> selectedRows() const {
+        std::vector<int> rows;
+        for (int row = 0; row < tree_->topLevelItemCount(); ++row)
+            if (tree_->topLevelItem(row)->isSelected())
+                rows.push_back(row);
+        return rows;
+    }
+
+    void fill(const std::vector<Control::Row>& rows) {
+        tree_->clear();
+        QList<QTreeWidgetItem*> items;
+        for (const Control::Row& row : rows)
+            items.append(new QTreeWidgetItem(texts(row)));
+        tree_->addTopLevelItems(items);
+        fitColumns();
+        shown_ = rows;
+    }
+
+    void fitColumns() {
+        int width = 2 * tree_->frameWidth() + 24; // with the bar beside the rows
+        for (int column = 0; column < tree_->columnCount(); ++column) {
+            tree_->resizeColumnToContents(column);
+            tree_->setColumnWidth(column, std::min(tree_->columnWidth(column), kWidestColumn));
+            width += tree_->columnWidth(column);
+        }
+        tree_->setMinimumWidth(std::min(width, kWidestList));
+    }
+
+    // The button that deletes from the list stands behind it on the same page.
+    void pressDelete() {
+        const auto& controls = session().pages()[static_cast<std::size_t>(place_.page)].controls;
+        bool behind = false;
+        for (const auto& other : controls) {
+            behind = behind || other.get() == place_.control;
+            if (!behind || other->kind != host::ControlKind::button)
+                continue;
+            const std::string label = host::plainLabel(other->label);
+            if (label == "delete" || label == "remove")
+                return actions_.press({place_.page, other.get(), -1});
+        }
+    }
+
+    Rows* tree_ = new Rows;
+    std::vector<Control::Row> shown_;
+};
+
+} // namespace
+
+MadeView makeListView(DialogActions& actions, const DialogActions::Place& place) {
+    return std::make_unique<ListView>(actions, place);
+}
+
+} // namespace tessaran::desktop
