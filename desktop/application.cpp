@@ -4,6 +4,7 @@
 #include "desktop/desktop_session.h"
 
 #include <QApplication>
+#include <QIcon>
 
 namespace tessaran::desktop {
 
@@ -14,6 +15,8 @@ int runWindow(const std::string& drawing) {
     QApplication application(argc, argv);
     QApplication::setApplicationName("tessaran");
     QApplication::setApplicationDisplayName("Tessaran");
+    QApplication::setDesktopFileName("tessaran");
+    QApplication::setWindowIcon(QIcon::fromTheme("tessaran"));
     QApplication::setQuitOnLastWindowClosed(false);
     DesktopSession session(
         {.profile = console::profilePath(), .configuration = console::configurationFolder()});

@@ -1,57 +1,71 @@
 #include "desktop/dialog_host.h"
 
-#include "console/answer_buttons.h"
-#include "host/dialog_model.h"
-
-#include <QFileDialog>
-#include <QMessageBox>
+#include "base/file.h"
+#include "console/directives.h"
+#include "console/file_answers.h"
+#include "desktop/dialog_window.h"
+#include "desktop/file_dialogs.h"
+#include "desktop/message_boxes.h"
 
 namespace tessaran::desktop {
 
 using host::Answer;
-using host::Buttons;
+using host::FileRequest;
 
 void DialogHost::record(const std::string& line) {
     if (recorder_ != nullptr)
         recorder_->record(line);
 }
 
+// What boxes stand over: the dialog in front, where one is to be seen.
+QWidget* DialogHost::topmost() const {
+    for (auto window = open_.rbegin(); window != open_.rend(); ++window)
+        if ((*window)->isVisible())
+            return *window;
+    return &parent_;
+}
+
 void DialogHost::message(const std::string& text) {
-    QMessageBox::information(&parent_, "Tessaran", QString::fromStdString(text));
+    showMessage(topmost(), text);
 }
 
 Answer DialogHost::ask(const host::Question& question) {
-    QMessageBox::StandardButtons buttons = question.buttons == Buttons::okCancel
-                                               ? QMessageBox::Ok | QMessageBox::Cancel
-                                               : QMessageBox::Yes | QMessageBox::No;
-    if (question.buttons == Buttons::yesNoCancel)
-        buttons |= QMessageBox::Cancel;
-    const auto pressed =
-        QMessageBox::question(&parent_, "Tessaran", QString::fromStdString(question.text), buttons);
-    const Answer answer = pressed == QMessageBox::Ok    ? Answer::ok
-                          : pressed == QMessageBox::Yes ? Answer::yes
-                          : pressed == QMessageBox::No  ? Answer::no
-                                                        : console::cancelAnswer(question.buttons);
-    record(":answer " + console::answerName(answer));
+    const Answer answer = askQuestion(topmost(), question);
+    record(console::answerDirective(answer));
     return answer;
 }
 
-std::optional<std::string> DialogHost::chooseFile(const host::FileRequest& request) {
-    const QString title = QString::fromStdString(request.title);
-    const QString start = QString::fromStdString(
-        request.folder.empty() ? request.proposed : request.folder + "/" + request.proposed);
-    const QString path = request.mode == host::FileRequest::Mode::open
-                             ? QFileDialog::getOpenFileName(&parent_, title, start)
-                             : QFileDialog::getSaveFileName(&parent_, title, start);
-    record(path.isEmpty() ? ":file" : ":file " + path.toStdString());
-    return path.isEmpty() ? std::nullopt : std::optional(path.toStdString());
+std::optional<std::string> DialogHost::chooseFile(const FileRequest& request) {
+    for (;;) {
+        const std::optional<std::string> path = runFileDialog(topmost(), request);
+        record(console::fileDirective(path.value_or("")));
+        if (!path || request.mode == FileRequest::Mode::open || !base::fileExists(*path) ||
+            ask(console::replaceQuestion(*path)) == Answer::yes)
+            return path;
+    }
 }
 
-// Dialogs are not drawn yet: they end as cancelled.
+// A dialog is seen while neither it nor one that it opened wants to be hidden.
+void DialogHost::showOpen() {
+    bool seen = true;
+    for (auto window = open_.rbegin(); window != open_.rend(); ++window) {
+        seen = seen && (*window)->session().visible();
+        (*window)->setShown(seen);
+    }
+}
+
 bool DialogHost::run(host::DialogSession& session) {
-    session.open();
-    if (!session.ended())
-        session.end(false);
+    DialogWindow window(session, recorder_, topmost());
+    window.setOnVisible([this] { showOpen(); });
+    open_.push_back(&window);
+    struct Closing { // also when an action threw
+        std::vector<DialogWindow*>& open;
+        ~Closing() { open.pop_back(); }
+    };
+    {
+        const Closing closing{open_};
+        window.run();
+    }
     return session.accepted();
 }
 

@@ -7,8 +7,11 @@
 #include "host/dialogs.h"
 
 #include <QWidget>
+#include <vector>
 
 namespace tessaran::desktop {
+
+class DialogWindow;
 
 class DialogHost final : public host::Dialogs {
   public:
@@ -21,10 +24,13 @@ class DialogHost final : public host::Dialogs {
     bool run(host::DialogSession& session) override;
 
   private:
+    QWidget* topmost() const;
+    void showOpen();
     void record(const std::string& line);
 
     QWidget& parent_;
     SessionRecorder* recorder_;
+    std::vector<DialogWindow*> open_; // each opened by the one before it
 };
 
 } // namespace tessaran::desktop

@@ -1,6 +1,7 @@
 #include "desktop/main_menu.h"
 
 #include "desktop/main_window.h"
+#include "desktop/manual_pages.h"
 #include "desktop/qt_text.h"
 #include "desktop/recent_files.h"
 
@@ -138,6 +139,9 @@ void MainMenu::buildTools() {
 
 void MainMenu::buildHelp() {
     QMenu* menu = window_.menuBar()->addMenu("&Help");
+    add(
+        menu, "&Manual", QKeySequence::HelpContents, [this] { openManual(&window_); },
+        "Opens the user's manual");
     addCommand(menu, "&Commands", {}, {"HELP"}, "Prints the commands");
     addCommand(menu, "&About Tessaran", {}, {"zelk_zelkabout"}, "About Tessaran System for Mines");
 }

@@ -44,6 +44,12 @@ class ScreenFrontEnd final : public console::FrontEnd {
     bool userBreak() override { return lines_.userBreak(); }
     void openLink(const std::string& target) override { links.push_back(target); }
     void refused(const std::string& why) override { lines_.refused(why); }
+    Unsaved unsavedChanges(const std::string& document) override {
+        return lines_.unsavedChanges(document);
+    }
+    bool wantsRecovered(const std::filesystem::path& copy) override {
+        return lines_.wantsRecovered(copy);
+    }
     bool commandFollows() override { return lines_.commandFollows(); }
 
     std::vector<std::string> links;
