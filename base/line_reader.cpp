@@ -79,12 +79,44 @@ bool LineReader::next(std::string_view& line) {
     return true;
 }
 
+bool LineReader::skip(long long lines) {
+    State& s = *state_;
+    while (lines > 0) {
+        if (s.at >= s.chunk.size() && !s.fill())
+            return false;
+        const std::size_t end = s.chunk.find('\n', s.at);
+        if (end == std::string::npos) {
+            s.at = s.chunk.size();
+            continue;
+        }
+        s.at = end + 1;
+        s.first = false;
+        --lines;
+    }
+    return true;
+}
+
+std::size_t LineReader::fileSize() const {
+    return state_->file.size();
+}
+
 bool LineReader::cutOff() const {
     return state_->cut;
 }
 
 Result<void> LineReader::status() const {
     return state_->failure;
+}
+
+std::optional<std::string_view> TextLines::next() {
+    if (rest_.empty())
+        return std::nullopt;
+    const std::size_t end = rest_.find('\n');
+    std::string_view line = rest_.substr(0, end);
+    rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    return line;
 }
 
 } // namespace tessaran::base

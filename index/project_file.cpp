@@ -1,6 +1,7 @@
 #include "index/project_file.h"
 
 #include "base/file.h"
+#include "base/line_reader.h"
 #include "base/numbers.h"
 
 #include <array>
@@ -9,32 +10,11 @@
 namespace tessaran::index {
 namespace {
 
-// Takes lines off the front of a text.
-class Lines {
-  public:
-    explicit Lines(std::string_view text) : rest_(text) {}
-
-    // Nothing once the text has ended; a line feed at its very end begins no further line.
-    std::optional<std::string_view> next() {
-        if (rest_.empty())
-            return std::nullopt;
-        const std::size_t end = rest_.find('\n');
-        std::string_view line = rest_.substr(0, end);
-        rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        return line;
-    }
-
-  private:
-    std::string_view rest_;
-};
-
 // The places of an entry's values in the order of the file.
 constexpr std::array kFields{&ProjectEntry::name, &ProjectEntry::gridFile,
                              &ProjectEntry::description, &ProjectEntry::weighting};
 
-std::optional<ProjectEntry> nextEntry(Lines& lines) {
+std::optional<ProjectEntry> nextEntry(base::TextLines& lines) {
     ProjectEntry entry;
     for (const auto field : kFields) {
         const auto line = lines.next();
@@ -48,7 +28,7 @@ std::optional<ProjectEntry> nextEntry(Lines& lines) {
 } // namespace
 
 std::vector<ProjectEntry> parseProject(std::string_view text) {
-    Lines lines(text);
+    base::TextLines lines(text);
     const int count = base::leadingInt(lines.next().value_or(""));
     std::vector<ProjectEntry> entries; // grows with what is there, whatever the count claims
     for (int k = 0; k < count; ++k) {

@@ -31,12 +31,13 @@ void FieldScanner::skipBlanks() {
     }
 }
 
-std::optional<double> FieldScanner::real() {
+template <class Number>
+std::optional<Number> FieldScanner::number() {
     skipBlanks();
     std::size_t from = at_;
     if (from + 1 < text_.size() && text_[from] == '+' && text_[from + 1] != '-')
         ++from;
-    double value = 0.0;
+    Number value{};
     const auto [end, code] =
         std::from_chars(text_.data() + from, text_.data() + text_.size(), value);
     if (code != std::errc{})
@@ -45,18 +46,12 @@ std::optional<double> FieldScanner::real() {
     return value;
 }
 
+std::optional<double> FieldScanner::real() {
+    return number<double>();
+}
+
 std::optional<int> FieldScanner::integer() {
-    skipBlanks();
-    std::size_t from = at_;
-    if (from + 1 < text_.size() && text_[from] == '+' && text_[from + 1] != '-')
-        ++from;
-    int value = 0;
-    const auto [end, code] =
-        std::from_chars(text_.data() + from, text_.data() + text_.size(), value);
-    if (code != std::errc{})
-        return std::nullopt;
-    at_ = static_cast<std::size_t>(end - text_.data());
-    return value;
+    return number<int>();
 }
 
 std::optional<char> FieldScanner::character() {

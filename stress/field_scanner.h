@@ -28,6 +28,9 @@ class FieldScanner {
     long lineNumber() const { return line_; } // from 1
 
   private:
+    template <class Number>
+    std::optional<Number> number();
+
     std::string_view text_;
     std::size_t at_ = 0;
     long line_ = 1;

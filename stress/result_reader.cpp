@@ -1,12 +1,12 @@
 #include "stress/result_reader.h"
 
+#include "base/line_reader.h"
 #include "base/numbers.h"
 #include "base/text.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cstring>
 #include <optional>
 
 namespace tessaran::stress {
@@ -15,37 +15,11 @@ namespace {
 constexpr int kHeaderLines = 3;
 constexpr std::size_t kHeaderFields = 7;
 
-// Lines of a text one after the other, without their ends.
-class Lines {
-  public:
-    explicit Lines(std::string_view text) : rest_(text) {}
-
-    // Nothing at the end of the text and for an empty line.
-    std::optional<std::string_view> filled() {
-        const std::optional<std::string_view> line = next();
-        return line && !base::trimmed(*line).empty() ? line : std::nullopt;
-    }
-    bool skip(long long count) {
-        for (; count > 0; --count)
-            if (!next())
-                return false;
-        return true;
-    }
-
-  private:
-    std::optional<std::string_view> next() {
-        if (rest_.empty())
-            return std::nullopt;
-        const std::size_t end = rest_.find('\n');
-        std::string_view line = rest_.substr(0, end);
-        rest_.remove_prefix(end == std::string_view::npos ? rest_.size() : end + 1);
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        return line;
-    }
-
-    std::string_view rest_;
-};
+// Nothing at the end of the text and for an empty line.
+std::optional<std::string_view> filledLine(base::TextLines& lines) {
+    const std::optional<std::string_view> line = lines.next();
+    return line && !base::trimmed(*line).empty() ? line : std::nullopt;
+}
 
 // The n-th comma-separated field (from 0) of a line; empty when there are fewer.
 std::string_view field(std::string_view line, int n) {
@@ -73,9 +47,9 @@ std::vector<std::string> namesOf(std::string_view line) {
 
 } // namespace
 
-base::Result<ResultHeader> parseResultHeader(std::string_view text) {
-    Lines lines(text);
-    const auto first = lines.filled();
+base::Result<ResultHeader> parseResultHeader(std::string_view text, std::size_t fileSize) {
+    base::TextLines lines(text);
+    const auto first = filledLine(lines);
     if (!first)
         return base::formatError("Read an empty line in the input file - CHR2-1");
     const std::vector<std::string> fields = base::split(*first, ',');
@@ -91,39 +65,57 @@ base::Result<ResultHeader> parseResultHeader(std::string_view text) {
     header.x = base::leadingDouble(fields[5]);
     header.y = base::leadingDouble(fields[6]);
     for (int n = 2; n <= kHeaderLines; ++n) {
-        const auto line = lines.filled();
+        const auto line = filledLine(lines);
         if (!line)
             return base::formatError(
                 fmt::format("Read an empty line in the input file - CHR2-{}", n));
         (n == 2 ? header.items : header.units) = namesOf(*line);
     }
     header.units.resize(header.items.size());
-    // A step takes a line an element: counts that the text cannot hold are a lie.
-    const long long lineCount = std::count(text.begin(), text.end(), '\n') + 1;
+    // A step takes a line an element: counts that the file cannot hold are a lie.
+    const auto most = static_cast<long long>(fileSize);
     const bool sensible = header.steps >= 1 && header.nX >= 1 && header.nY >= 1 &&
                           header.elements >= 1 && header.width > 0.0 &&
                           static_cast<long long>(header.nX) * header.nY == header.elements &&
-                          header.elements <= lineCount && header.steps <= lineCount;
+                          header.elements <= most && header.steps <= most;
     if (!sensible)
         return base::formatError("The header of the result file is not correct");
     return header;
 }
 
-base::Result<void> gridOfItem(std::string_view text, const ResultHeader& header, int item, int step,
-                              grid::myGrid& grid) {
+base::Result<ResultHeader> readResultHeader(const std::filesystem::path& file) {
+    base::Result<base::LineReader> reader = base::LineReader::open(file);
+    if (!reader)
+        return reader.error();
+    std::string text;
+    std::string_view line;
+    for (int n = 0; n < kHeaderLines && reader->next(line); ++n)
+        text.append(line).push_back('\n');
+    if (!reader->status())
+        return reader->status().error();
+    return parseResultHeader(text, reader->fileSize());
+}
+
+base::Result<void> readItem(const std::filesystem::path& file, const ResultHeader& header, int item,
+                            int step, grid::myGrid& grid) {
+    base::Result<base::LineReader> reader = base::LineReader::open(file);
+    if (!reader)
+        return reader.error();
     grid.setOrigin(header.x, header.y, 0.0);
     if (!grid.setupGrid(header.nX, header.nY, header.width, header.width, 0.0))
         return base::stateError("Error in setting up grid!");
     grid.setTitle(header.items[static_cast<std::size_t>(item) - 1]);
-    Lines lines(text);
-    lines.skip(static_cast<long long>(step - 1) * header.elements + kHeaderLines);
+    reader->skip(static_cast<long long>(step - 1) * header.elements + kHeaderLines);
+    std::string_view line;
     for (int i = 0; i < header.nX; ++i) {
         for (int j = 0; j < header.nY; ++j) {
-            const auto line = lines.filled();
-            if (!line)
+            const bool read = reader->next(line);
+            if (!reader->status())
+                return reader->status().error();
+            if (!read || base::trimmed(line).empty())
                 return base::formatError(
                     fmt::format("Read an empty line in the input file for row {} col {}", j, i));
-            grid.setValueText(i, j, field(*line, item - 1));
+            grid.setValueText(i, j, field(line, item - 1));
         }
     }
     return {};

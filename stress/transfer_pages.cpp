@@ -1,6 +1,5 @@
 #include "stress/transfer_pages.h"
 
-#include "base/file.h"
 #include "base/text.h"
 #include "grid/base_grid.h"
 #include "grid/grid_drawing.h"
@@ -46,6 +45,10 @@ void takeRotationOfBaseGrid(Host& host, myGrid& grid) {
     std::copy(unturned.values().begin(), unturned.values().end(), grid.values().begin());
 }
 
+std::string messageFor(const base::Error& error) {
+    return error.kind == base::ErrorKind::io ? "File could not be opened: " : error.text;
+}
+
 } // namespace
 
 void TransferPage::describe(host::PageBuilder& page) {
@@ -74,14 +77,9 @@ void TransferPage::select(Host& host) {
     const auto chosen = host::chooseFile(host, host::FileRequest::Mode::open, kResultFilter, file_);
     if (!chosen)
         return;
-    const base::Result<std::string> text = base::readFile(*chosen);
-    if (!text) {
-        host.dialogs().message("File could not be opened: ");
-        return;
-    }
-    const base::Result<ResultHeader> header = parseResultHeader(*text);
+    const base::Result<ResultHeader> header = readResultHeader(*chosen);
     if (!header) {
-        host.dialogs().message(header.error().text);
+        host.dialogs().message(messageFor(header.error()));
         return;
     }
     file_ = *chosen;
@@ -106,14 +104,9 @@ TransferPage::Chosen TransferPage::confirmed(Host& host, const char* verb) const
 }
 
 bool TransferPage::load(Host& host, const Chosen& chosen, myGrid& grid) const {
-    const base::Result<std::string> text = base::readFile(file_);
-    if (!text) {
-        host.dialogs().message("File could not be opened: ");
-        return false;
-    }
-    const base::Result<void> loaded = gridOfItem(*text, header_, chosen.item, chosen.step, grid);
+    const base::Result<void> loaded = readItem(file_, header_, chosen.item, chosen.step, grid);
     if (!loaded) {
-        host.dialogs().message(loaded.error().text);
+        host.dialogs().message(messageFor(loaded.error()));
         return false;
     }
     takeRotationOfBaseGrid(host, grid);

@@ -91,14 +91,18 @@ TEST(Transfer, NamesTheFirstMissingLine) {
 }
 
 TEST(ResultHeaders, AreRefusedByTheirMessages) {
-    EXPECT_EQ(parseResultHeader("").error().text, "Read an empty line in the input file - CHR2-1");
-    EXPECT_EQ(parseResultHeader("1,2,3\n").error().text, "Only Read  3 Fields from Header Buffer");
-    EXPECT_EQ(parseResultHeader("1,4,10,2,2,0,0\n\n").error().text,
-              "Read an empty line in the input file - CHR2-2");
-    EXPECT_EQ(parseResultHeader("1,4,10,2,2,0,0\n1,A\n").error().text,
-              "Read an empty line in the input file - CHR2-3");
-    EXPECT_FALSE(parseResultHeader("1,2000000000,10,50000,40000,0,0\n1,A\n1,ft\n"));
-    EXPECT_FALSE(parseResultHeader("-1,4,10,2,2,0,0\n1,A\n1,ft\n"));
+    const auto refused = [](std::string_view text) {
+        const auto header = parseResultHeader(text, text.size());
+        return header ? std::string("read") : header.error().text;
+    };
+    EXPECT_EQ(refused(""), "Read an empty line in the input file - CHR2-1");
+    EXPECT_EQ(refused("1,2,3\n"), "Only Read  3 Fields from Header Buffer");
+    EXPECT_EQ(refused("1,4,10,2,2,0,0\n\n"), "Read an empty line in the input file - CHR2-2");
+    EXPECT_EQ(refused("1,4,10,2,2,0,0\n1,A\n"), "Read an empty line in the input file - CHR2-3");
+    EXPECT_EQ(refused("1,2000000000,10,50000,40000,0,0\n1,A\n1,ft\n"),
+              "The header of the result file is not correct");
+    EXPECT_EQ(refused("-1,4,10,2,2,0,0\n1,A\n1,ft\n"),
+              "The header of the result file is not correct");
 }
 
 } // namespace
