@@ -161,9 +161,27 @@ class Run {
         return true;
     }
 
+    // What one level hands to the next: the external stresses are computed anew there.
+    struct Kept {
+        std::vector<double> convergence;
+        std::vector<double> total;
+    };
+    std::vector<Kept> kept() const {
+        std::vector<Kept> out;
+        for (const SeamState& seam : seams_)
+            out.push_back({seam.convergence, seam.total});
+        return out;
+    }
+    void restore(const std::vector<Kept>& before) {
+        for (std::size_t s = 0; s < seams_.size(); ++s) {
+            seams_[s].convergence = before[s].convergence;
+            seams_[s].total = before[s].total;
+        }
+    }
+
     // Passes at one level until no seam needs more iterations than the level's limit.
     bool settle(int level) {
-        const std::vector<SeamState> before = level > 0 ? seams_ : std::vector<SeamState>{};
+        const std::vector<Kept> before = level > 0 ? kept() : std::vector<Kept>{};
         const int mostPasses = level > 0 ? kMostPassesAboveLevel0 : kMostPassesAtLevel0;
         const int limit = kDetailLevels[index(level)].iterationLimit;
         for (int pass = 1; pass <= mostPasses; ++pass) {
@@ -186,7 +204,7 @@ class Run {
             return fail(fmt::format("The external stresses did not settle in {} passes at level 0 "
                                     "of step {}. Try a smaller over-relaxation factor.",
                                     kMostPassesAtLevel0, step_));
-        seams_ = before;
+        restore(before);
         const std::string line =
             fmt::format("The external stresses did not settle in {} passes at level {} of step {}; "
                         "going on with the next finer level.\n\n",
