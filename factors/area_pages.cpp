@@ -1,10 +1,10 @@
 #include "factors/area_pages.h"
 
 #include "base/tolerance.h"
-#include "factors/grid_objects.h"
 #include "grid/base_grid.h"
 #include "grid/cell_markers.h"
 #include "grid/grid_drawing.h"
+#include "grid/grid_objects.h"
 #include "host/curves.h"
 #include "host/graphics.h"
 #include "host/host.h"

@@ -2,16 +2,20 @@
 
 // Contour lines in a grid's own frame, with an index that gives the nearest ones first.
 
-#include "factors/cells_near.h"
 #include "geometry/box_index.h"
 #include "geometry/curve.h"
 #include "geometry/point.h"
+#include "grid/cells_near.h"
 
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace tessaran::factors {
+
+using geometry::Box2;
+using geometry::Point2;
+using grid::GridFrame;
 
 // Where a line comes closest to a place.
 struct ContourPoint {

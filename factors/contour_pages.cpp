@@ -6,7 +6,7 @@
 #include "base/tolerance.h"
 #include "factors/contour_interpolation.h"
 #include "factors/contour_lines.h"
-#include "factors/grid_objects.h"
+#include "grid/grid_objects.h"
 #include "host/curves.h"
 #include "host/host.h"
 #include "host/services_dialogs.h"

@@ -1,8 +1,8 @@
 #include "factors/generator_page.h"
 
 #include "base/text.h"
-#include "factors/grid_objects.h"
 #include "grid/base_grid.h"
+#include "grid/grid_objects.h"
 #include "host/host.h"
 #include "host/services_dialogs.h"
 #include "host/services_layers.h"

@@ -1,7 +1,7 @@
 #include "factors/horizontal_stress.h"
 
 #include "base/parallel.h"
-#include "factors/cells_near.h"
+#include "grid/cells_near.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,6 +9,10 @@
 
 namespace tessaran::factors {
 namespace {
+
+using geometry::Point2;
+using grid::GridFrame;
+using grid::NearSegment;
 
 constexpr double kFullRating = 100.0;
 constexpr int kRowsOfABand = 64;

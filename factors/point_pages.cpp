@@ -1,12 +1,12 @@
 #include "factors/point_pages.h"
 
 #include "base/tolerance.h"
-#include "factors/grid_objects.h"
 #include "factors/point_interpolation.h"
 #include "factors/point_sources.h"
 #include "geometry/polygon.h"
 #include "grid/base_grid.h"
 #include "grid/colour_ramp.h"
+#include "grid/grid_objects.h"
 #include "host/curves.h"
 #include "host/host.h"
 #include "host/services_dialogs.h"

@@ -14,19 +14,19 @@ namespace tessaran::host {
 class Host;
 }
 
-namespace tessaran::factors {
+namespace tessaran::grid {
 
 // The grid's outline with every side moved outwards by `reach`, drawing units.
-geometry::Polygon outlineAround(const grid::myGrid& grid, double reach);
+geometry::Polygon outlineAround(const myGrid& grid, double reach);
 
 // Objects of these types on these layers that cross or lie inside that outline, in drawing order.
-std::vector<host::EntityId> objectsOverGrid(host::Host& host, const grid::myGrid& grid,
-                                            double reach, const std::vector<std::string>& layers,
+std::vector<host::EntityId> objectsOverGrid(host::Host& host, const myGrid& grid, double reach,
+                                            const std::vector<std::string>& layers,
                                             const std::vector<std::string>& types);
 
-void showGridOutline(host::ShownGraphics& shown, const grid::myGrid& grid, int colour);
+void showGridOutline(host::ShownGraphics& shown, const myGrid& grid, int colour);
 
 // Columns [from, to) of the grid as cell outlines in their values' colours.
-host::CellPatch outlinesOfColumns(const grid::myGrid& grid, int from, int to);
+host::CellPatch outlinesOfColumns(const myGrid& grid, int from, int to);
 
-} // namespace tessaran::factors
+} // namespace tessaran::grid

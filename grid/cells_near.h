@@ -1,7 +1,7 @@
 #pragma once
 
 // Which cells of a grid have their centres within a distance of a segment, row by row: what the
-// linear features and the horizontal stress share. Everything is counted in the grid's own frame,
+// grids from lines share. Everything is counted in the grid's own frame,
 // so turned grids are as exact as others.
 
 #include "geometry/curve.h"
@@ -10,7 +10,7 @@
 
 #include <vector>
 
-namespace tessaran::factors {
+namespace tessaran::grid {
 
 using geometry::Box2;
 using geometry::Point2;
@@ -18,7 +18,7 @@ using geometry::Point2;
 // The grid's own frame: the origin at (0, 0), columns along X, rows along Y, drawing units.
 class GridFrame {
   public:
-    explicit GridFrame(const grid::myGrid& grid);
+    explicit GridFrame(const myGrid& grid);
 
     Point2 fromWorld(Point2 p) const;
     Point2 centre(int i, int j) const { return {(i + 0.5) * width_, (j + 0.5) * height_}; }
@@ -99,4 +99,4 @@ void forEachCellNear(const NearSegment& segment, double distance, const GridFram
     }
 }
 
-} // namespace tessaran::factors
+} // namespace tessaran::grid

@@ -1,14 +1,14 @@
-#include "factors/grid_objects.h"
+#include "grid/grid_objects.h"
 
 #include "base/tolerance.h"
 #include "host/host.h"
 
-namespace tessaran::factors {
+namespace tessaran::grid {
 
 using geometry::Point2;
 using geometry::Polygon;
 
-Polygon outlineAround(const grid::myGrid& grid, double reach) {
+Polygon outlineAround(const myGrid& grid, double reach) {
     const auto outline = grid.gridOutline();
     if (!outline)
         return {};
@@ -20,8 +20,8 @@ Polygon outlineAround(const grid::myGrid& grid, double reach) {
     return {moved(0, -1, -1), moved(1, 1, -1), moved(2, 1, 1), moved(3, -1, 1)};
 }
 
-std::vector<host::EntityId> objectsOverGrid(host::Host& host, const grid::myGrid& grid,
-                                            double reach, const std::vector<std::string>& layers,
+std::vector<host::EntityId> objectsOverGrid(host::Host& host, const myGrid& grid, double reach,
+                                            const std::vector<std::string>& layers,
                                             const std::vector<std::string>& types) {
     if (layers.empty())
         return {};
@@ -29,11 +29,11 @@ std::vector<host::EntityId> objectsOverGrid(host::Host& host, const grid::myGrid
                                  {layers, types, {}});
 }
 
-void showGridOutline(host::ShownGraphics& shown, const grid::myGrid& grid, int colour) {
+void showGridOutline(host::ShownGraphics& shown, const myGrid& grid, int colour) {
     shown.polyline(outlineAround(grid, 0.0), true, colour);
 }
 
-host::CellPatch outlinesOfColumns(const grid::myGrid& grid, int from, int to) {
+host::CellPatch outlinesOfColumns(const myGrid& grid, int from, int to) {
     host::CellPatch patch{grid.nodePoint(from, 0),
                           grid.xStep().plan(),
                           grid.yStep().plan(),
@@ -52,4 +52,4 @@ host::CellPatch outlinesOfColumns(const grid::myGrid& grid, int from, int to) {
     return patch;
 }
 
-} // namespace tessaran::factors
+} // namespace tessaran::grid

@@ -1,9 +1,9 @@
-#include "factors/cells_near.h"
+#include "grid/cells_near.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace tessaran::factors {
+namespace tessaran::grid {
 namespace {
 
 // Ranges are widened by this share of a cell, so that rounding drops no cell at the very distance.
@@ -11,7 +11,7 @@ constexpr double kSlack = 1e-6;
 
 } // namespace
 
-GridFrame::GridFrame(const grid::myGrid& grid)
+GridFrame::GridFrame(const myGrid& grid)
     : origin_{grid.origin().x, grid.origin().y}, cosine_(std::cos(grid.rotation())),
       sine_(std::sin(grid.rotation())), width_(grid.cellWidthX()), height_(grid.cellWidthY()),
       nX_(grid.nX()), nY_(grid.nY()) {}
@@ -112,4 +112,4 @@ std::vector<NearSegment> segmentsOf(const geometry::Curve& curve, const GridFram
     return out;
 }
 
-} // namespace tessaran::factors
+} // namespace tessaran::grid
