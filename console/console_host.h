@@ -51,6 +51,11 @@ class ConsoleHost final : public host::Host, private host::Coordinates {
 
     void print(std::string_view text) override { frontEnd_.print(text); }
     bool userBreak() override { return frontEnd_.userBreak(); }
+    void zoomWindow(const host::Box2& world) override { showInView(world, 1.0); }
+    void zoomPrevious() override;
+    // As near as the window's shape allows, `margin` times the box. A box without extent keeps the
+    // height of the view.
+    void showInView(const host::Box2& world, double margin);
     void openLink(const std::string& target) override { frontEnd_.openLink(target); }
 
   private:
@@ -60,6 +65,7 @@ class ConsoleHost final : public host::Host, private host::Coordinates {
 
     HostState& state_;
     FrontEnd& frontEnd_;
+    std::optional<drawing::View> previousView_;
 };
 
 } // namespace tessaran::console

@@ -170,19 +170,6 @@ void turnUcs(ConsoleHost& host) {
 
 constexpr double kMargin = 1.05; // of a view on given extents
 
-void viewOn(ConsoleHost& host, const host::Box2& box, double margin) {
-    if (box.empty())
-        return;
-    drawing::Database& database = host.workspace().database();
-    drawing::View view = database.view();
-    const double aspect = static_cast<double>(view.widthPixels) / view.heightPixels;
-    const double height = std::max(box.height(), box.width() / aspect) * margin;
-    view.centre = box.centre();
-    if (height > 0.0)
-        view.height = height;
-    database.setView(view);
-}
-
 void viewOnCorners(ConsoleHost& host, const Point3& first) {
     const auto other = host.prompts().getCorner(
         {.message = "\nSpecify opposite corner:", .keywords = {}, .base = first});
@@ -191,7 +178,7 @@ void viewOnCorners(ConsoleHost& host, const Point3& first) {
     host::Box2 box;
     box.add(host.coordinates().toWorld(first).plan());
     box.add(host.coordinates().toWorld(other.value).plan());
-    viewOn(host, box, 1.0);
+    host.showInView(box, 1.0);
 }
 
 void viewOnCentre(ConsoleHost& host) {
@@ -287,7 +274,7 @@ void zoomCommand(ConsoleHost& host) {
     if (corner.keyword == "Center")
         return viewOnCentre(host);
     if (corner.keyword != "Window")
-        return viewOn(host, host.workspace().database().extents(), kMargin);
+        return host.showInView(host.workspace().database().extents(), kMargin);
     const auto first =
         host.prompts().getPoint({.message = "\nSpecify first corner:", .keywords = {}});
     if (first.ok())

@@ -11,6 +11,7 @@
 #include "host/graphics.h"
 #include "host/prompts.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -65,7 +66,8 @@ class ProgressView {
 
 // What the host services remember as long as the program runs.
 struct SessionMemory {
-    std::string fileFolder{}; // used last in a file dialog; empty: none yet
+    std::string fileFolder{};                // used last in a file dialog; empty: none yet
+    std::map<std::string, double> numbers{}; // answers that are the next default, by their command
 };
 
 class Host {
@@ -90,6 +92,10 @@ class Host {
     virtual void print(std::string_view text) = 0;
     // Whether the user pressed the cancel key since the command began.
     virtual bool userBreak() = 0;
+    // The host's zoom by a window of the plan, and back to the view before. A host without a view
+    // does nothing.
+    virtual void zoomWindow(const Box2& /*world*/) {}
+    virtual void zoomPrevious() {}
     // Opens a web page or mail link with the system's default handler.
     virtual void openLink(const std::string& target) = 0;
 

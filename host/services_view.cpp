@@ -44,6 +44,14 @@ CommandEchoOff::~CommandEchoOff() {
     setCommandEcho(host_, before_);
 }
 
+ZoomedTo::ZoomedTo(Host& host, const Box2& world) : host_(host) {
+    host_.zoomWindow(world);
+}
+
+ZoomedTo::~ZoomedTo() {
+    host_.zoomPrevious();
+}
+
 std::optional<Box2> viewRectangle(Host& host) {
     const auto centre = pointOf(host.variables().get("VIEWCTR"));
     const auto pixels = pointOf(host.variables().get("SCREENSIZE"));

@@ -1,6 +1,6 @@
 #pragma once
 
-// System variables that commands set and read.
+// The view, and system variables that commands set and read.
 
 #include "host/entity.h"
 
@@ -29,5 +29,17 @@ class CommandEchoOff {
 // The part of the plan that the window shows; nothing when a variable that it follows from cannot
 // be read.
 std::optional<Box2> viewRectangle(Host& host);
+
+// A closer view of a part of the plan, world coordinates, until it goes.
+class ZoomedTo {
+  public:
+    ZoomedTo(Host& host, const Box2& world);
+    ZoomedTo(const ZoomedTo&) = delete;
+    ZoomedTo& operator=(const ZoomedTo&) = delete;
+    ~ZoomedTo();
+
+  private:
+    Host& host_;
+};
 
 } // namespace tessaran::host
