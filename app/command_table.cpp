@@ -11,6 +11,8 @@
 #include "index/composite_commands.h"
 #include "index/factor_commands.h"
 #include "index/mapping_commands.h"
+#include "rfri/assessment_commands.h"
+#include "rfri/defect_commands.h"
 #include "stress/plekton_commands.h"
 #include "stress/seam_commands.h"
 #include "stress/topo_commands.h"
@@ -49,15 +51,15 @@ constexpr std::array kCommands{
     CommandRow{"zelk_checkDuplicates", commandHandler<factors::zelk_checkDuplicates>},
     CommandRow{"zelk_checkContours", commandHandler<factors::zelk_checkContours>},
     CommandRow{"zelk_clearWorkingLayer", commandHandler<factors::zelk_clearWorkingLayer>},
-    CommandRow{"zelk_RFRI_Draw", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_RFRI_Calc", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Draw", commandHandler<rfri::zelk_RFRI_Draw>},
+    CommandRow{"zelk_RFRI_Calc", commandHandler<rfri::zelk_RFRI_Calc>},
     CommandRow{"zelk_zelkabout", commandHandler<zelk_zelkabout>},
     CommandRow{"tabTest", commandHandler<grid::tabTest>},
     CommandRow{"ZELKMenu", commandHandler<ZELKMenu>},
-    CommandRow{"zelk_RFRI_Input", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_RFRI_List", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_RFRI_Label", commandHandler<notAvailableYet>},
-    CommandRow{"zelk_RFRI_Mapping", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_RFRI_Input", commandHandler<rfri::zelk_RFRI_Input>},
+    CommandRow{"zelk_RFRI_List", commandHandler<rfri::zelk_RFRI_List>},
+    CommandRow{"zelk_RFRI_Label", commandHandler<rfri::zelk_RFRI_Label>},
+    CommandRow{"zelk_RFRI_Mapping", commandHandler<rfri::zelk_RFRI_Mapping>},
 };
 
 } // namespace

@@ -5,6 +5,7 @@
 
 #include "grid/base_grid.h"
 #include "host/document_data.h"
+#include "rfri/categories.h"
 
 namespace tessaran::app {
 
@@ -14,6 +15,7 @@ class CDocData final : public host::DocumentData {
 
   private:
     grid::BaseGrid baseGrid_;
+    rfri::CategoryRecords rfriCategories_;
 };
 
 } // namespace tessaran::app

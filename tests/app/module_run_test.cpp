@@ -32,9 +32,9 @@ TEST(Module, BringsCommandsMenuAndDataAndTakesThemAway) {
 
     // A handler runs on the host that loaded the module.
     for (const host::CommandEntry& entry : host.commandEntries)
-        if (entry.localName == "zelk_RFRI_Calc")
+        if (entry.localName == "zelk_RFRI_List")
             entry.handler();
-    EXPECT_EQ(host.printed, "\nNot available yet.");
+    EXPECT_EQ(host.printed, "\nNo RFRI entity selected.");
 
     EXPECT_EQ(send(Message::unload, &host), 0);
     EXPECT_TRUE(host.commandEntries.empty());
