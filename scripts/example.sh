@@ -28,6 +28,21 @@ for grid in *.grd; do
     "$program" grid "$grid" --png "${grid%.grd}.png" >"${grid%.grd}.txt"
 done
 
+# The roof fall risk writes its grids beside the drawing, so it gets a copy.
+mkdir roof_fall_risk
+cp "$root/examples/mine.dxf" roof_fall_risk/roof.dxf
+(
+    cd roof_fall_risk
+    if ! "$program" run "$root/examples/roof_fall_risk.scr" --drawing roof.dxf --save roof.dxf \
+        >transcript.txt; then
+        tail -n 15 transcript.txt >&2
+        exit 1
+    fi
+    "$program" plot roof.dxf roof.png --width 2400 --extent 1420200,313900,1425800,315500 \
+        --title "Roof fall risk in the mains"
+    "$program" grid RFRI_FinalValue.grd --png final.png >final.txt
+)
+
 cat <<TEXT
 
 The example is made. In $folder:
@@ -36,5 +51,6 @@ The example is made. In $folder:
   plan.png         the whole drawing
   stability.grd    the composite index (stability.png, stability.txt)
   *_index.grd      the indexes; beside them the factor grids that they come from
+  roof_fall_risk/  the mains assessed and mapped (roof.png), the final index (final.png)
   transcript.txt   what was asked and answered
 TEXT
