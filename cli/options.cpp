@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <exception>
 #include <functional>
+#include <map>
 #include <memory>
 
 namespace tessaran::cli {
@@ -83,16 +84,57 @@ void addCmrr(CLI::App& app, Action& action) {
     sub->add_flag("--overwrite", options->overwrite, "Replace grids written earlier");
 }
 
-// Commands whose folders are still to come; their names are taken.
-void addLater(CLI::App& app, Action& action, const char* name, const char* text) {
-    CLI::App* sub = app.add_subcommand(name, text);
-    sub->allow_extras();
-    sub->callback([&action] {
-        action = [] {
-            fmt::print(stderr, "Not available yet.\n");
-            return kWrongUsage;
-        };
-    });
+const std::map<std::string, int>& unitSystems() {
+    static const std::map<std::string, int> kSystems{
+        {"in-psi", 0}, {"ft-psi", 1}, {"m-Pa", 2}, {"m-MPa", 3}};
+    return kSystems;
+}
+
+void addInp(CLI::App& app, Action& action) {
+    const auto o = std::make_shared<InpOptions>();
+    CLI::App* sub = subcommand(app, action, "inp", "Compose a solver input file from code maps", o,
+                               composeInput);
+    sub->footer("Lengths and stresses stand in the units chosen. Material types: 1 linear elastic "
+                "coal,\n2 strain softening coal, 3 elastic-plastic coal, 4 bi-linear hardening "
+                "gob, 5 strain\nhardening gob, 6 linear elastic gob; the manual lists their "
+                "values.");
+    sub->add_option("OUT", o->output, "The input file (.inp)")->required();
+    sub->add_option("--title", o->title, "First line of the file");
+    sub->add_option("--units", o->units, "in-psi, ft-psi (as it stands), m-Pa or m-MPa")
+        ->transform(CLI::CheckedTransformer(unitSystems(), CLI::ignore_case));
+    sub->add_option("--poisson", o->poisson, "Poisson's ratio of the host rock (0.25)");
+    sub->add_option("--modulus", o->modulus, "Elastic modulus of the host rock")->required();
+    sub->add_option("--lamination", o->lamination, "Thickness of its layers")->required();
+    sub->add_option("--gradient", o->gradient, "Vertical stress per depth")->required();
+    sub->add_option("--width", o->width, "Width of an element")->required();
+    sub->add_option("--material", o->materials, "type,P1,...: a material; the first is number 1")
+        ->required()
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    sub->add_option("--seam", o->seams, "Z,thickness,map[,map...]: a seam, one code map a step")
+        ->required()
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    sub->add_option("--code", o->codes, "S=2 or 0=open: what a code of the maps stands for")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    sub->add_option("--rings", o->rings,
+                    "A=3,4,5: materials of the coal A by its distance from the openings")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    sub->add_option("--steps", o->steps, "Mining steps (as many as a seam has maps)");
+    sub->add_option("--relaxation", o->relaxation, "Over-relaxation factor (1.35)");
+    sub->add_option("--criterion", o->criterion, "Change of convergence at which it ends")
+        ->required();
+    sub->add_option("--iterations", o->iterations, "Maximum number of iterations (5000)");
+    sub->add_flag("--surface-effects", o->surfaceEffects, "Include surface effects");
+    sub->add_option("--boundaries", o->boundaries,
+                    "north,east,south,west: 1 goes on mirrored, "
+                    "0 is rigid (1,1,1,1)");
+    sub->add_option("--off-seam", o->offSeam,
+                    "width,blocks X,blocks Y,x,y,z: displacements of that level");
+    sub->add_option("--topography", o->topography, "Overburden stresses (.top)");
+    sub->add_flag("--overwrite", o->overwrite, "Replace the file if there is one");
 }
 
 #ifdef TESSARAN_DESKTOP
@@ -118,7 +160,7 @@ int parseAndRun(int argc, char** argv) {
     addGrid(app, action);
     addSolve(app, action);
     addCmrr(app, action);
-    addLater(app, action, "inp", "Compose a solver input file");
+    addInp(app, action);
     app.require_subcommand(0, 1);
     try {
         app.parse(argc, argv);

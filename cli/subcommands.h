@@ -54,4 +54,30 @@ struct SolveOptions {
 };
 int solveModel(const SolveOptions& options);
 
+// Texts as stress/plan_text.h takes them; lengths and stresses in the units' own.
+struct InpOptions {
+    std::string output{};
+    std::string title = "Untitled model";
+    int units = 1;
+    double poisson = 0.25;
+    double modulus = 0.0;
+    double lamination = 0.0;
+    double gradient = 0.0;
+    double width = 0.0;
+    std::vector<std::string> materials{};
+    std::vector<std::string> seams{};
+    std::vector<std::string> codes{};
+    std::vector<std::string> rings{};
+    int steps = 0;
+    double relaxation = 1.35;
+    double criterion = 0.0;
+    int iterations = 5000;
+    bool surfaceEffects = false;
+    std::string boundaries = "1,1,1,1";
+    std::string offSeam{};
+    std::string topography{};
+    bool overwrite = false;
+};
+int composeInput(const InpOptions& options);
+
 } // namespace tessaran::cli

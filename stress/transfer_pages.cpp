@@ -1,5 +1,6 @@
 #include "stress/transfer_pages.h"
 
+#include "base/numbers.h"
 #include "base/text.h"
 #include "grid/base_grid.h"
 #include "grid/grid_drawing.h"
@@ -23,8 +24,15 @@ using host::Host;
 constexpr const char* kResultFilter = "f*;*.F*";
 constexpr double kSameWidth = 1e-6; // share of a cell
 
-// Result files hold no rotation: a grid that lies where the base grid lies takes it back.
-void takeRotationOfBaseGrid(Host& host, myGrid& grid) {
+// Whether a result file's header, which holds five digits, would show `exact` as `printed`.
+bool printsAs(double exact, double printed, double near) {
+    return std::abs(exact - printed) <= near ||
+           base::leadingDouble(fmt::format("{:12.5g}", exact)) == printed;
+}
+
+// Result files hold neither a rotation nor all digits of an origin: a grid that lies where the base
+// grid lies takes both back.
+void takePlaceOfBaseGrid(Host& host, myGrid& grid) {
     myGrid base;
     if (!grid::defineFromBaseGrid(host, base))
         return;
@@ -32,17 +40,15 @@ void takeRotationOfBaseGrid(Host& host, myGrid& grid) {
     const bool same = base.nX() == grid.nX() && base.nY() == grid.nY() &&
                       std::abs(base.cellWidthX() - grid.cellWidthX()) <= near &&
                       std::abs(base.cellWidthY() - grid.cellWidthY()) <= near &&
-                      std::abs(base.origin().x - grid.origin().x) <= near &&
-                      std::abs(base.origin().y - grid.origin().y) <= near;
-    if (!same || base.rotation() == 0.0)
+                      printsAs(base.origin().x, grid.origin().x, near) &&
+                      printsAs(base.origin().y, grid.origin().y, near);
+    if (!same)
         return;
-    myGrid unturned;
-    unturned.setOrigin(grid.origin().x, grid.origin().y, 0.0);
-    unturned.setupGrid(grid.nX(), grid.nY(), grid.cellWidthX(), grid.cellWidthY(), 0.0);
-    std::copy(grid.values().begin(), grid.values().end(), unturned.values().begin());
-    grid.setupGrid(grid.nX(), grid.nY(), grid.cellWidthX(), grid.cellWidthY(),
+    std::copy(grid.values().begin(), grid.values().end(), base.values().begin());
+    grid.setOrigin(base.origin().x, base.origin().y, 0.0);
+    grid.setupGrid(base.nX(), base.nY(), base.cellWidthX(), base.cellWidthY(),
                    base.getDefinition()->rotation * 180.0 / std::numbers::pi);
-    std::copy(unturned.values().begin(), unturned.values().end(), grid.values().begin());
+    std::copy(base.values().begin(), base.values().end(), grid.values().begin());
 }
 
 std::string messageFor(const base::Error& error) {
@@ -109,7 +115,7 @@ bool TransferPage::load(Host& host, const Chosen& chosen, myGrid& grid) const {
         host.dialogs().message(messageFor(loaded.error()));
         return false;
     }
-    takeRotationOfBaseGrid(host, grid);
+    takePlaceOfBaseGrid(host, grid);
     return true;
 }
 
