@@ -6,6 +6,7 @@ the size that state-plane systems give. The same file comes out every time. Need
 python3-shapely (scripts/setup.sh installs both).
 
     mine/workings.py   entries, pillars, gobs and the coal that stays
+    mine/upper_seam.py an old mine in the seam above
     mine/ground.py     surface, valley, ponds, faults, seam, drill holes
     make_mine.py       layers and drawing objects
 """
@@ -18,7 +19,7 @@ import sys
 import ezdxf
 from shapely.affinity import rotate, translate
 
-from mine import ground, workings
+from mine import ground, upper_seam, workings
 
 CORNER = (1420000.0, 312000.0)  # the property's south-west corner
 TURN = 8.0                      # degrees from east to the mains
@@ -48,6 +49,13 @@ LAYERS = [
 ]
 
 
+# Added after everything else, so that what was there before keeps its handles.
+UPPER_LAYERS = [
+    ('UPPER_PILLARS', 253, 'CONTINUOUS', 9),
+    ('UPPER_GOB', 253, 'DASHED', 13),
+]
+
+
 class Plan:
     """The drawing, with points given in the property's frame or in the mine's."""
 
@@ -60,7 +68,10 @@ class Plan:
         self.document.header['$PDMODE'] = 34
         self.document.header['$PDSIZE'] = 18.0
         self.space = self.document.modelspace()
-        for name, colour, linetype, weight in LAYERS:
+        self.add_layers(LAYERS)
+
+    def add_layers(self, layers):
+        for name, colour, linetype, weight in layers:
             self.document.layers.add(name, color=colour, linetype=linetype, lineweight=weight)
 
     @staticmethod
@@ -210,6 +221,14 @@ def draw_drill_holes(plan, chance):
             plan.space.add_point((*plan.world((x, y)), value), dxfattribs={'layer': layer})
 
 
+def draw_upper_seam(plan, property_line):
+    plan.add_layers(UPPER_LAYERS)
+    coal = upper_seam.pillars() + upper_seam.solid_coal(property_line)
+    for layer, outlines in (('UPPER_PILLARS', coal), ('UPPER_GOB', upper_seam.GOBS)):
+        for outline in outlines:
+            plan.polyline(layer, [plan.from_mine(p) for p in workings.ring(outline)])
+
+
 def main():
     folder = pathlib.Path(__file__).parent
     target = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else folder / 'mine.dxf'
@@ -234,6 +253,7 @@ def main():
     draw_shafts(plan)
     draw_assessments(plan)
     plan.text('LABELS', 'KESTREL HOLLOW MINE', (ground.WIDTH / 2, ground.HEIGHT + 150.0), 140.0)
+    draw_upper_seam(plan, in_mine_frame)
     plan.document.set_modelspace_vport(height=ground.HEIGHT * 1.1,
                                        center=plan.world((ground.WIDTH / 2, ground.HEIGHT / 2)))
     plan.document.saveas(target)

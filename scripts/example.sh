@@ -50,6 +50,8 @@ The example is made. In $folder:
   map.dxf          the plan with the map, for any CAD program
   plan.png         the whole drawing
   stability.grd    the composite index (stability.png, stability.txt)
+  two_seams.inp    the stress model of both seams; two_seams.f1 and .f2 its results,
+                   two_seams_pillars.csv what each pillar carries
   *_index.grd      the indexes; beside them the factor grids that they come from
   roof_fall_risk/  the mains assessed and mapped (roof.png), the final index (final.png)
   transcript.txt   what was asked and answered

@@ -2,6 +2,7 @@
 
 #include "host/host.h"
 #include "host/services_dialogs.h"
+#include "stress/compose_pages.h"
 #include "stress/model_run.h"
 #include "stress/window_watch.h"
 
@@ -28,6 +29,10 @@ std::string savedFiles(const PreparedRun& run) {
 void PlektonPage::describe(host::PageBuilder& page) {
     page.text("Input File Name: (.inp)", inputFile_);
     page.button("&Select File", [this](DialogSession& s) { selectFile(s.host()); }).beside();
+    page.button("Plekton &Input...", [this](DialogSession& s) {
+        if (const auto written = composeInput(s.host()))
+            inputFile_ = *written;
+    });
     page.button("&Run", [this](DialogSession& s) { run(s); });
 }
 

@@ -116,14 +116,26 @@ class TopoSteps {
         for (double& stress : arrived.stress)
             stress += seam.uniform;
         out_.overburden.push_back(std::move(arrived.stress));
-        if (arrived.outside == 0)
+        if (arrived.outside > 0 &&
+            !warn(fmt::format("{} elements of seam {} lie outside the topographic blocks and take "
+                              "what the nearest block gets.",
+                              arrived.outside, seam.number)))
+            return false;
+        if (reach(seam.h) != Reach::spread)
             return true;
-        out_.warnings.push_back(fmt::format(
-            "{} elements of seam {} lie outside the topographic blocks and take what the "
-            "nearest block gets.",
-            arrived.outside, seam.number));
-        watch_.status(out_.warnings.back());
-        return log(out_.warnings.back() + "\n\n");
+        const double edge = std::sqrt(4.0 * rock_.lambda * seam.h);
+        const long near = countNearEdge(blocks_, seam.elements, edge);
+        return near == 0 ||
+               warn(fmt::format("{} elements of seam {} lie within {:.3g} element widths of the "
+                                "topographic blocks' edge, where part of the load is missing: "
+                                "extend the blocks by that much.",
+                                near, seam.number, edge / seam.elements.width));
+    }
+
+    bool warn(const std::string& text) {
+        out_.warnings.push_back(text);
+        watch_.status(text);
+        return log(text + "\n\n");
     }
 
     Rock rock_;

@@ -151,6 +151,25 @@ Arrived spreadToSeam(const Influence& influence, const ElementField& blocks,
     return out;
 }
 
+long countNearEdge(const ElementField& blocks, const ElementField& receivers, double edge) {
+    const auto inside = [](double from, double width, int count, double at, double margin) {
+        return at > from + margin && at < from + width * count - margin;
+    };
+    long near = 0;
+    for (int i = 0; i < receivers.nX; ++i) {
+        const double x = receivers.x + (i + 0.5) * receivers.width;
+        for (int j = 0; j < receivers.nY; ++j) {
+            const double y = receivers.y + (j + 0.5) * receivers.width;
+            const auto within = [&](double margin) {
+                return inside(blocks.x, blocks.width, blocks.nX, x, margin) &&
+                       inside(blocks.y, blocks.width, blocks.nY, y, margin);
+            };
+            near += within(0.0) && !within(edge) ? 1 : 0;
+        }
+    }
+    return near;
+}
+
 Arrived asItStands(const ElementField& blocks, const std::vector<double>& deviation,
                    const ElementField& receivers) {
     Arrived out;

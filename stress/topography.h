@@ -62,6 +62,9 @@ struct Arrived {
 Arrived spreadToSeam(const Influence& influence, const ElementField& blocks,
                      const std::vector<double>& down, const ElementField& receivers,
                      base::Progress& progress);
+// Receivers whose centre lies inside the blocks and nearer than `edge` to one of their outer sides:
+// what is beyond the blocks adds nothing there.
+long countNearEdge(const ElementField& blocks, const ElementField& receivers, double edge);
 Arrived asItStands(const ElementField& blocks, const std::vector<double>& deviation,
                    const ElementField& receivers);
 

@@ -71,12 +71,18 @@ TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
                                             "PILLARS,BARRIERS,SOLID_COAL,GOB"));
     EXPECT_THAT(run.drawing().group("ZELK Lengend"), SizeIs(20)) << "ten bands, ten labels";
     for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults", "shale",
-                             "surface", "fault_influence", "stress"})
+                             "surface", "fault_influence", "stress", "total_stress"})
         EXPECT_TRUE(run.folder().has(std::string(grid) + "_index.grd")) << grid;
+
+    // The two-seam model from the same drawing: nothing of its load is lost.
+    EXPECT_THAT(run.transcript(), HasSubstr("Plekton was finished successfully!"));
+    EXPECT_THAT(run.transcript(), testing::ContainsRegex("seam 1: .*carry (99.9|100.0)"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) File: total_stress.grd is saved!"));
+    EXPECT_TRUE(run.folder().has("two_seams_pillars.csv"));
 
     const std::set<std::string> drawn = entityRecords(plan);
     const std::set<std::string> kept = entityRecords(run.folder().read("map.dxf"));
-    EXPECT_EQ(drawn.size(), 3009u) << "3003 entities, and six parts of an old-style polyline";
+    EXPECT_EQ(drawn.size(), 3199u) << "3193 entities, and six parts of an old-style polyline";
     EXPECT_TRUE(std::includes(kept.begin(), kept.end(), drawn.begin(), drawn.end()))
         << "the plan's own entities are as they were";
 

@@ -57,8 +57,11 @@ TEST(TopographicStress, OfFlatGroundIsGradientTimesDepth) {
     ASSERT_TRUE(run.ok()) << run.message;
     for (const double stress : run.overburden.front())
         EXPECT_EQ(stress, 0.09 * 12000.0);
-    ASSERT_EQ(run.warnings.size(), 1u);
+    ASSERT_EQ(run.warnings.size(), 2u);
     EXPECT_THAT(run.warnings.front(), HasSubstr("500 elements of seam 1 lie outside"));
+    // sqrt(4 lambda h) = 1465 in: 15 rows and columns in the south and west, and the 15 columns
+    // up to the eastern side of the blocks, at column 60.
+    EXPECT_THAT(run.warnings.back(), HasSubstr("2100 elements of seam 1 lie within 14.7 element"));
 }
 
 // A load of one wave over the fixed edges is an exact solution of the differences; it arrives
