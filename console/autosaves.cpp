@@ -26,7 +26,7 @@ void Autosaves::offer(const Workspace& workspace) {
             continue;
         auto& autosave = copies_[document->database.get()];
         if (!autosave)
-            autosave = std::make_unique<drawing::Autosave>(saveCopy);
+            autosave = std::make_unique<drawing::Autosave>(saveCopy, interval_);
         // A copy that cannot be written must not stand in the way of the work.
         static_cast<void>(autosave->offer(*document->database, copy));
     }

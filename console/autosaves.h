@@ -14,7 +14,9 @@ namespace tessaran::console {
 class Autosaves {
   public:
     // Drawings without a file are kept in `folder`; empty: they are not.
-    explicit Autosaves(std::filesystem::path folder) : folder_(std::move(folder)) {}
+    explicit Autosaves(std::filesystem::path folder,
+                       drawing::Autosave::Clock::duration interval = std::chrono::seconds(60))
+        : folder_(std::move(folder)), interval_(interval) {}
 
     // Between commands: copies what has changed, forgets what was closed.
     void offer(const Workspace& workspace);
@@ -23,6 +25,7 @@ class Autosaves {
     std::filesystem::path copyOf(const Document& document) const;
 
     std::filesystem::path folder_;
+    drawing::Autosave::Clock::duration interval_;
     std::map<const drawing::Database*, std::unique_ptr<drawing::Autosave>> copies_;
 };
 

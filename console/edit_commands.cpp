@@ -1,7 +1,11 @@
+#include "base/numbers.h"
+#include "base/text.h"
 #include "console/entity_text.h"
 #include "console/plain_commands.h"
 
 #include <fmt/format.h>
+
+#include <functional>
 
 namespace tessaran::console {
 namespace {
@@ -113,6 +117,59 @@ void repeat(ConsoleHost& host, int count, const char* nothingLeft, const Step& s
     }
 }
 
+// --- colour, layer and linetype of objects
+
+// "ByLayer", "ByBlock" or a number of the colour table.
+std::optional<int> parseColour(std::string_view text) {
+    if (base::equalsIgnoringCase(text, "ByLayer"))
+        return host::colour::kByLayer;
+    if (base::equalsIgnoringCase(text, "ByBlock"))
+        return host::colour::kByBlock;
+    const auto number = base::wholeInt(text);
+    return number && *number >= 1 && *number <= 255 ? std::optional(static_cast<int>(*number))
+                                                    : std::nullopt;
+}
+
+// The change of one property as typed; nothing when it cannot be: told.
+std::optional<std::function<void(host::Entity&)>>
+propertyChange(ConsoleHost& host, const std::string& property, const std::string& value) {
+    const auto refuse = [&](const std::string& why) {
+        host.frontEnd().refused(why);
+        return std::nullopt;
+    };
+    if (property == "Color") {
+        const auto colour = parseColour(value);
+        if (!colour)
+            return refuse("A colour is ByLayer, ByBlock or a number between 1 and 255.");
+        return [colour = *colour](host::Entity& entity) { entity.colour = colour; };
+    }
+    if (property == "LAyer") {
+        if (!host.drawing().layer(value))
+            return refuse(fmt::format("no layer \"{}\"", value));
+        return [value](host::Entity& entity) { entity.layer = value; };
+    }
+    if (!host.drawing().hasLinetype(value) && !base::equalsIgnoringCase(value, "ByLayer") &&
+        !base::equalsIgnoringCase(value, "ByBlock"))
+        return refuse(fmt::format("no linetype \"{}\"", value));
+    return [value](host::Entity& entity) { entity.linetype = value; };
+}
+
+void changeAll(ConsoleHost& host, const std::vector<host::EntityId>& ids,
+               const std::function<void(host::Entity&)>& change) {
+    std::size_t kept = 0;
+    for (const host::EntityId id : ids) {
+        const host::Entity* found = host.drawing().find(id);
+        if (found == nullptr)
+            continue;
+        host::Entity entity = *found;
+        change(entity);
+        if (!host.drawing().modify(entity))
+            ++kept;
+    }
+    if (kept > 0)
+        host.print(fmt::format("\n{} could not be changed", kept));
+}
+
 } // namespace
 
 void eraseCommand(ConsoleHost& host) {
@@ -149,6 +206,29 @@ void listCommand(ConsoleHost& host) {
     for (const host::EntityId id : selection.value)
         if (const host::Entity* entity = host.drawing().find(id))
             host.print("\n" + describe(*entity));
+}
+
+void changePropertiesCommand(ConsoleHost& host) {
+    const auto selection = host.prompts().getSelection({});
+    if (!selection.ok())
+        return;
+    for (;;) {
+        const auto property = host.prompts().getKeyword(
+            "\nEnter property to change [Color/LAyer/LType]:", "Color LAyer LType");
+        if (!property.ok())
+            return;
+        const auto value = host.prompts().getString(
+            property.value == "Color"   ? "\nEnter new colour (1-255 or ByLayer):"
+            : property.value == "LAyer" ? "\nEnter new layer name:"
+                                        : "\nEnter new linetype name:",
+            true);
+        if (value.status == PromptStatus::cancel)
+            return;
+        if (!value.ok())
+            continue;
+        if (const auto change = propertyChange(host, property.value, value.value))
+            changeAll(host, selection.value, *change);
+    }
 }
 
 void undoCommand(ConsoleHost& host) {

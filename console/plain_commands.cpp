@@ -28,6 +28,8 @@ constexpr std::array kCommands{
     PlainCommand{"TEXT", "writes a text", textCommand, true},
     PlainCommand{"ERASE", "erases objects", eraseCommand, true},
     PlainCommand{"MOVE", "moves objects", moveCommand, true},
+    PlainCommand{"CHPROP", "changes objects' colour, layer and linetype", changePropertiesCommand,
+                 true},
     PlainCommand{"LAYER", "makes and changes layers", layerCommand, true},
     PlainCommand{"UCS", "sets the user's coordinate system", ucsCommand, true},
     PlainCommand{"ZOOM", "sets the view", zoomCommand, true},

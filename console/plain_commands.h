@@ -39,6 +39,7 @@ void textCommand(ConsoleHost& host);
 void eraseCommand(ConsoleHost& host);
 void moveCommand(ConsoleHost& host);
 void listCommand(ConsoleHost& host);
+void changePropertiesCommand(ConsoleHost& host);
 void undoCommand(ConsoleHost& host);
 void redoCommand(ConsoleHost& host);
 

@@ -49,7 +49,8 @@ Document& Workspace::addEmpty() {
 Document& Workspace::add(std::unique_ptr<drawing::Database> database) {
     const bool replacesFirst = documents_.size() == 1 && isUntouched(current());
     auto document = std::make_unique<Document>();
-    document->name = freeName(database->path().filename().string());
+    document->name = database->path().empty() ? fmt::format("Drawing{}", ++unnamed_)
+                                              : freeName(database->path().filename().string());
     document->database = std::move(database);
     if (!replacesFirst)
         return append(std::move(document));

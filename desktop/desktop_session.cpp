@@ -1,20 +1,37 @@
 #include "desktop/desktop_session.h"
 
+#include "console/drawing_files.h"
 #include "console/plain_commands.h"
+#include "desktop/qt_text.h"
+#include "desktop/recovery.h"
+
+#include <QMessageBox>
 
 namespace tessaran::desktop {
 namespace {
 
 constexpr int kAutosaveLook = 15'000; // milliseconds; whether to save is the autosave's matter
 
+// A copy of a drawing that never had a file: it comes back without one.
+base::Result<std::unique_ptr<drawing::Database>> recovered(const std::filesystem::path& copy) {
+    base::NoProgress progress;
+    auto opened = console::openDrawing(copy, progress);
+    if (!opened)
+        return opened.error();
+    opened->database->setPath({});
+    opened->database->markUnsaved();
+    return std::move(opened->database);
+}
+
 } // namespace
 
 DesktopSession::DesktopSession(const Options& options)
-    : state_(options.profile), lines_(recorder_), conversation_(lines_, transcript_),
-      window_({state_, lines_, board_, busy_, recorder_}),
-      frontEnd_(state_, conversation_, {window_, window_.meter(), board_, busy_, recorder_}),
+    : options_(options), state_(options.profile), lines_(recorder_),
+      conversation_(lines_, transcript_), window_({state_, lines_, board_, busy_, recorder_}),
+      frontEnd_(state_, conversation_,
+                {window_, window_.meter(), board_, busy_, recorder_, lines_}),
       host_(state_, frontEnd_), module_(host_), interpreter_(host_, conversation_),
-      autosaves_(options.configuration) {
+      autosaves_(recoveryFolder(options.configuration), options.autosave) {
     transcript_.addSink(
         [this](std::string_view text) { window_.commands().history().append(text); });
     console::addPlainCommands(host_, [this] {
@@ -22,9 +39,13 @@ DesktopSession::DesktopSession(const Options& options)
         conversation_.end();
     });
     window_.setInDialog([this] { return frontEnd_.inDialog(); });
-    window_.buildMenus();
-    lines_.setWait([this](const std::string&) { window_.waitBegins(); },
-                   [this] { window_.waitEnds(); });
+    lines_.setWait(
+        [this](const std::string& prompt) {
+            if (prompt.empty())
+                frontEnd_.settle();
+            window_.waitBegins();
+        },
+        [this] { window_.waitEnds(); });
     conversation_.setRefused([this] {
         recorder_.dropLast();
         lines_.refused();
@@ -35,16 +56,51 @@ DesktopSession::DesktopSession(const Options& options)
             autosaves_.offer(state_.workspace);
     });
     autosaveTimer_.setInterval(kAutosaveLook);
+    window_.restore();
+}
+
+// Drawings that a crash left without a file.
+void DesktopSession::offerAbandoned() {
+    const auto copies = abandonedCopies(options_.configuration);
+    if (copies.empty())
+        return;
+    QMessageBox box(QMessageBox::Question, "Tessaran", "Tessaran was not closed in good order.",
+                    QMessageBox::NoButton, &window_);
+    box.setObjectName("recoveryQuestion");
+    box.setInformativeText(QString("%n drawing(s) that had no file can be recovered.")
+                               .replace("%n", QString::number(copies.size())));
+    const auto* recover = box.addButton("&Recover", QMessageBox::AcceptRole);
+    box.addButton("&Discard", QMessageBox::DestructiveRole);
+    box.exec();
+    for (const auto& copy : copies) {
+        if (box.clickedButton() == recover) {
+            auto drawing = recovered(copy);
+            if (!drawing) {
+                transcript_.line(drawing.error().message());
+                continue; // kept for another look
+            }
+            workspace().add(std::move(*drawing));
+        }
+        forgetCopy(copy);
+    }
 }
 
 void DesktopSession::run(const std::string& drawing) {
+    std::error_code failed; // without the folder, drawings that have no file are not autosaved
+    const auto copies = recoveryFolder(options_.configuration);
+    if (!copies.empty())
+        std::filesystem::create_directories(copies, failed);
     window_.show();
+    offerAbandoned();
     autosaveTimer_.start();
     if (!drawing.empty())
         lines_.run({"OPEN", drawing});
     interpreter_.run();
     autosaveTimer_.stop();
+    window_.keep();
     window_.hide();
+    if (!copies.empty())
+        std::filesystem::remove(copies, failed);
 }
 
 } // namespace tessaran::desktop

@@ -10,6 +10,7 @@
 #include "desktop/window_front_end.h"
 
 #include <QTimer>
+#include <chrono>
 #include <filesystem>
 
 namespace tessaran::desktop {
@@ -19,6 +20,7 @@ class DesktopSession {
     struct Options {
         std::filesystem::path profile{};       // empty: settings live as long as the session
         std::filesystem::path configuration{}; // the folder of what else is kept; empty: nothing
+        std::chrono::milliseconds autosave{60'000}; // the least time between two autosaves
     };
     explicit DesktopSession(const Options& options);
 
@@ -32,6 +34,9 @@ class DesktopSession {
     void run(const std::string& drawing);
 
   private:
+    void offerAbandoned();
+
+    Options options_;
     console::HostState state_;
     SessionRecorder recorder_;
     WindowLines lines_;

@@ -12,8 +12,8 @@ namespace tessaran::desktop {
 namespace {
 
 constexpr int kMostLines = 2000;
-constexpr int kBetweenFlushes = 60;                        // milliseconds
-constexpr std::size_t kMostPending = std::size_t{1} << 16; // bytes that may come between two
+constexpr int kBetweenFlushes = 60; // milliseconds
+constexpr long kMostPending = 1000; // lines that may come between two
 
 } // namespace
 
@@ -31,7 +31,8 @@ HistoryView::HistoryView(QWidget* parent) : QPlainTextEdit(parent) {
 
 void HistoryView::append(std::string_view text) {
     pending_ += text;
-    if (pending_.size() > kMostPending)
+    pendingLines_ += std::ranges::count(text, '\n');
+    if (pendingLines_ > kMostPending)
         shorten();
     if (!timer_.isActive())
         timer_.start();
@@ -39,12 +40,13 @@ void HistoryView::append(std::string_view text) {
 
 // Keeps the later half, from a line's beginning.
 void HistoryView::shorten() {
-    const std::size_t half = pending_.size() / 2;
-    const std::size_t end = pending_.find('\n', half);
-    const std::size_t cut = end == std::string::npos ? half : end + 1;
-    const auto middle = pending_.begin() + static_cast<std::ptrdiff_t>(cut);
-    pendingLeftOut_ += std::count(pending_.begin(), middle, '\n');
-    pending_.erase(pending_.begin(), middle);
+    const auto half = pending_.begin() + static_cast<std::ptrdiff_t>(pending_.size() / 2);
+    const auto end = std::find(half, pending_.end(), '\n');
+    const auto cut = end == pending_.end() ? half : end + 1;
+    const auto gone = std::count(pending_.begin(), cut, '\n');
+    pendingLeftOut_ += gone;
+    pendingLines_ -= gone;
+    pending_.erase(pending_.begin(), cut);
 }
 
 void HistoryView::flush() {
@@ -57,6 +59,7 @@ void HistoryView::flush() {
     text += pending_;
     leftOut_ += pendingLeftOut_;
     pendingLeftOut_ = 0;
+    pendingLines_ = 0;
     pending_.clear();
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);

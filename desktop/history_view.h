@@ -23,6 +23,7 @@ class HistoryView final : public QPlainTextEdit {
     void shorten();
 
     std::string pending_;
+    long pendingLines_ = 0;
     long pendingLeftOut_ = 0;
     long leftOut_ = 0;
     QTimer timer_;

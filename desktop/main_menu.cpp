@@ -102,6 +102,15 @@ void MainMenu::buildView() {
         [&view, centre] { view.zoomBy(1.0 / 1.5, centre()); }, "Shows more, smaller");
     menu->addSeparator();
     buildSnaps(menu->addMenu("Object &Snap"));
+    menu->addAction(window_.orthoAction());
+    menu->addSeparator();
+    QAction* dark = menu->addAction("&Dark Background");
+    dark->setCheckable(true);
+    dark->setChecked(window_.isDark());
+    QObject::connect(dark, &QAction::toggled, &window_, [this](bool on) { window_.setDark(on); });
+    QMenu* panels = menu->addMenu("&Panels");
+    for (QDockWidget* dock : window_.findChildren<QDockWidget*>())
+        panels->addAction(dock->toggleViewAction());
 }
 
 void MainMenu::buildSnaps(QMenu* menu) {
@@ -132,6 +141,9 @@ void MainMenu::buildDraw() {
 void MainMenu::buildTools() {
     QMenu* menu = window_.menuBar()->addMenu("T&ools");
     addCommand(menu, "&CMRR", {}, {"CMRR"}, "Rates the roof from its rock units");
+    add(
+        menu, "Show &Grid...", {}, [this] { showGrid(); },
+        "Shows a grid file's cells, values, statistics and histogram");
     menu->addSeparator();
     addCommand(menu, "Coordinate &System", {}, {"UCS"}, "Sets the user's coordinate system");
     addCommand(menu, "Set &Variable", {}, {"SETVAR"}, "Shows and sets system variables");
@@ -183,6 +195,13 @@ void MainMenu::saveSession() {
         &window_, "Save Session as Script", "session.scr", "Scripts (*.scr);;All files (*)");
     if (!path.isEmpty())
         window_.saveSessionScript(path);
+}
+
+void MainMenu::showGrid() {
+    const QString path = QFileDialog::getOpenFileName(&window_, "Show Grid", {},
+                                                      "Grid files (*.grd);;All files (*)");
+    if (!path.isEmpty())
+        window_.showGrid(path);
 }
 
 void MainMenu::refresh(bool atCommandPrompt) {

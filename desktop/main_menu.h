@@ -34,6 +34,7 @@ class MainMenu {
     void addModuleItems(QMenu* menu, const std::vector<host::MenuItem>& items);
     void showRecent();
     void saveSession();
+    void showGrid();
 
     MainWindow& window_;
     QMenu* recent_ = nullptr;

@@ -1,8 +1,12 @@
 #include "desktop/main_window.h"
 
 #include "base/file.h"
+#include "base/numbers.h"
 #include "desktop/click_answers.h"
+#include "desktop/grid_panel.h"
+#include "desktop/layer_panel.h"
 #include "desktop/main_menu.h"
+#include "desktop/property_panel.h"
 #include "desktop/qt_text.h"
 #include "desktop/recent_files.h"
 
@@ -14,6 +18,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QStatusBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -37,19 +42,56 @@ MainWindow::MainWindow(const Parts& parts)
     column->addWidget(tabs_);
     column->addWidget(view_, 1);
     setCentralWidget(centre);
-    auto* dock = new QDockWidget("Command line", this);
-    dock->setObjectName("commandDock");
-    dock->setWidget(commands_);
-    addDockWidget(Qt::BottomDockWidgetArea, dock);
-    resizeDocks({dock}, {150}, Qt::Vertical);
+    buildPanels();
     buildStatusBar();
     listen();
 }
 
 MainWindow::~MainWindow() = default;
 
+QDockWidget* MainWindow::addPanel(const QString& title, const char* name, QWidget* panel,
+                                  Qt::DockWidgetArea area) {
+    auto* dock = new QDockWidget(title, this);
+    dock->setObjectName(name);
+    dock->setWidget(panel);
+    addDockWidget(area, dock);
+    return dock;
+}
+
+void MainWindow::buildPanels() {
+    const auto command = [this](std::vector<std::string> lines) {
+        // A panel's change waits for no command that is under way.
+        return parts_.lines.atCommandPrompt() && run(std::move(lines));
+    };
+    layers_ = new LayerPanel(command, this);
+    properties_ = new PropertyPanel(command, this);
+    grid_ = new GridPanel(this);
+    auto* history = addPanel("Command Line", "commandDock", commands_, Qt::BottomDockWidgetArea);
+    auto* layers = addPanel("Layers", "layerDock", layers_, Qt::RightDockWidgetArea);
+    auto* properties = addPanel("Properties", "propertyDock", properties_, Qt::RightDockWidgetArea);
+    gridDock_ = addPanel("Grid", "gridDock", grid_, Qt::RightDockWidgetArea);
+    tabifyDockWidget(properties, gridDock_);
+    gridDock_->hide();
+    setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+    resizeDocks({history}, {150}, Qt::Vertical);
+    resizeDocks({layers}, {300}, Qt::Horizontal);
+    grid_->setChanged([this] { view_->update(); });
+    view_->setOverlay(
+        [this](QPainter& painter, const drawing::PageMap& map) { grid_->paint(painter, map); });
+}
+
 void MainWindow::buildStatusBar() {
+    ortho_ = new QAction("Ortho", this);
+    ortho_->setCheckable(true);
+    ortho_->setShortcut(QKeySequence(Qt::Key_F8));
+    ortho_->setStatusTip("Keeps the next point level with or plumb to the last one");
+    QObject::connect(ortho_, &QAction::toggled, this, [this](bool on) { view_->setOrtho(on); });
+    auto* button = new QToolButton(this);
+    button->setDefaultAction(ortho_);
+    button->setAutoRaise(true);
+    statusBar()->addPermanentWidget(button);
     coordinates_->setMinimumWidth(260);
+    coordinates_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     statusBar()->addPermanentWidget(meter_);
     statusBar()->addPermanentWidget(coordinates_);
 }
@@ -62,10 +104,10 @@ void MainWindow::listen() {
     view_->setListener({
         .answer = [this](const std::vector<std::string>& lines) { parts_.lines.answer(lines); },
         .cursorMoved = [this](std::optional<host::Point3> at) { showCursor(at); },
-        .selectionChanged = [] {},
+        .selectionChanged = [this] { showSelection(); },
         .keyTyped = [this](QKeyEvent* event) { commands_->line().take(event); },
         .menuWanted = [this](QPoint) { submit(""); },
-        .clicked = {},
+        .clicked = [this](host::Point2 at) { return gridDock_->isVisible() && grid_->inspect(at); },
     });
     commands_->line().setListener({
         .submitted = [this](const std::string& line) { submit(line); },
@@ -112,7 +154,7 @@ bool MainWindow::runOnSelection(const std::string& command) {
 }
 
 void MainWindow::submit(const std::string& line) {
-    static const std::vector<std::string> onSelection{"ERASE", "MOVE", "LIST"};
+    static const std::vector<std::string> onSelection{"ERASE", "MOVE", "LIST", "CHPROP"};
     const console::Command* command =
         parts_.board.atCommand() ? parts_.state.commands.find(line) : nullptr;
     if (command != nullptr && !view_->selection().empty() &&
@@ -133,7 +175,10 @@ void MainWindow::escape() {
 
 void MainWindow::openFiles(const QStringList& files) {
     for (const QString& file : files)
-        run({"OPEN", utf8(file)});
+        if (file.endsWith(".grd", Qt::CaseInsensitive))
+            showGrid(file);
+        else
+            run({"OPEN", utf8(file)});
 }
 
 void MainWindow::closeTab(int index) {
@@ -156,6 +201,47 @@ void MainWindow::saveSessionScript(const QString& path) {
         statusBar()->showMessage("Session saved as " + path, 5000);
 }
 
+void MainWindow::setDark(bool dark) {
+    dark_ = dark;
+    view_->setStyle(dark ? ViewStyle::dark() : ViewStyle::light());
+}
+
+void MainWindow::showGrid(const QString& file) {
+    if (!file.isEmpty() && !grid_->open(file))
+        return;
+    gridDock_->show();
+    gridDock_->raise();
+    const auto box = grid_->extents();
+    if (!file.isEmpty() && box && !parts_.state.workspace.database().view().box().meets(*box))
+        view_->showView(box->centre(), 1.1 * std::max(box->height(), 0.6 * box->width()));
+}
+
+void MainWindow::showSelection() {
+    properties_->show(parts_.state.workspace.database(), view_->selection());
+}
+
+void MainWindow::restore() {
+    const host::Profile& profile = parts_.state.profileFile;
+    const auto read = [&](const char* key) { return profile.read("Window", key); };
+    if (const auto geometry = read("Geometry"))
+        restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(*geometry)));
+    if (const auto panels = read("Panels"))
+        restoreState(QByteArray::fromBase64(QByteArray::fromStdString(*panels)));
+    setDark(read("Background").value_or("dark") != "light");
+    view_->setSnaps({base::leadingInt(read("Snaps").value_or("35"))});
+    ortho_->setChecked(read("Ortho").value_or("0") == "1");
+    buildMenus();
+}
+
+void MainWindow::keep() {
+    host::Profile& profile = parts_.state.profileFile;
+    profile.write("Window", "Geometry", saveGeometry().toBase64().toStdString());
+    profile.write("Window", "Panels", saveState().toBase64().toStdString());
+    profile.write("Window", "Background", dark_ ? "dark" : "light");
+    profile.write("Window", "Snaps", std::to_string(view_->snaps().bits));
+    profile.write("Window", "Ortho", view_->ortho() ? "1" : "0");
+}
+
 // --- around each wait
 // -----------------------------------------------------------------------------
 
@@ -164,6 +250,8 @@ void MainWindow::waitBegins() {
     showDocuments();
     commands_->showPrompt(parts_.board.current());
     view_->refresh();
+    layers_->show(parts_.state.workspace.database());
+    showSelection();
     if (menu_)
         menu_->refresh(parts_.lines.atCommandPrompt());
 }

@@ -9,6 +9,7 @@
 #include "desktop/status_meter.h"
 #include "desktop/window_lines.h"
 
+#include <QDockWidget>
 #include <QLabel>
 #include <QMainWindow>
 #include <QTabBar>
@@ -16,7 +17,10 @@
 
 namespace tessaran::desktop {
 
+class GridPanel;
+class LayerPanel;
 class MainMenu;
+class PropertyPanel;
 
 class MainWindow final : public QMainWindow {
   public:
@@ -36,6 +40,11 @@ class MainWindow final : public QMainWindow {
     DrawingView& view() { return *view_; }
     CommandPanel& commands() { return *commands_; }
     StatusMeter& meter() { return *meter_; }
+    LayerPanel& layers() { return *layers_; }
+    PropertyPanel& properties() { return *properties_; }
+    GridPanel& grid() { return *grid_; }
+    bool isDark() const { return dark_; }
+    QAction* orthoAction() { return ortho_; }
     console::HostState& state() { return parts_.state; }
 
     // Whether a dialog is open, hidden or not; nothing else can be begun then.
@@ -49,6 +58,12 @@ class MainWindow final : public QMainWindow {
     bool runOnSelection(const std::string& command);
     void openFiles(const QStringList& files);
     void saveSessionScript(const QString& path);
+    void setDark(bool dark);
+    void showGrid(const QString& file); // empty: the one open, or asked for
+
+    // What lasts from run to run: panels, background, snaps, the lines typed.
+    void restore();
+    void keep();
 
     // --- around each wait for a line
     void waitBegins();
@@ -61,6 +76,10 @@ class MainWindow final : public QMainWindow {
 
   private:
     void buildStatusBar();
+    void buildPanels();
+    QDockWidget* addPanel(const QString& title, const char* name, QWidget* panel,
+                          Qt::DockWidgetArea area);
+    void showSelection();
     void listen();
     void escape();
     void submit(const std::string& line);
@@ -76,6 +95,12 @@ class MainWindow final : public QMainWindow {
     CommandPanel* commands_;
     StatusMeter* meter_;
     QLabel* coordinates_;
+    LayerPanel* layers_ = nullptr;
+    PropertyPanel* properties_ = nullptr;
+    GridPanel* grid_ = nullptr;
+    QDockWidget* gridDock_ = nullptr;
+    QAction* ortho_ = nullptr;
+    bool dark_ = true;
     std::unique_ptr<MainMenu> menu_;
     std::function<bool()> inDialog_;
     // Where each open drawing's lines begin in the record.

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QUrl>
+#include <algorithm>
 
 namespace tessaran::desktop {
 
@@ -15,7 +16,7 @@ WindowFrontEnd::WindowFrontEnd(console::HostState& state, console::Conversation&
     : conversation_(conversation), parts_(parts),
       prompts_(state.workspace, conversation, parts.board, state.graphics),
       dialogs_(parts.window, &parts.recorder), watched_(dialogs_),
-      progress_(new ProgressDialog(parts.busy, &parts.window)) {
+      progress_(new ProgressDialog(parts.busy, &parts.window)), workspace_(state.workspace) {
     conversation_.setInterrupted([this] { return interrupted(); });
     conversation_.setRefused([this] { parts_.recorder.dropLast(); });
     parts_.recorder.setRecorded([this] {
@@ -59,6 +60,10 @@ console::FrontEnd::Unsaved WindowFrontEnd::unsavedChanges(const std::string& doc
     switch (box.exec()) {
     case QMessageBox::Save:
         // A script says no to the question, saves, and closes again.
+        parts_.recorder.record(":answer no");
+        parts_.recorder.record("SAVE");
+        savedFirst_ = document;
+        parts_.lines.prepare({""}); // without a file: the file dialog
         return Unsaved::save;
     case QMessageBox::Discard:
         parts_.recorder.record(":answer yes");
@@ -67,6 +72,15 @@ console::FrontEnd::Unsaved WindowFrontEnd::unsavedChanges(const std::string& doc
         parts_.recorder.record(":answer no");
         return Unsaved::keepOpen;
     }
+}
+
+void WindowFrontEnd::settle() {
+    const auto& documents = workspace_.documents();
+    const bool closed = std::none_of(documents.begin(), documents.end(),
+                                     [&](const auto& one) { return one->name == savedFirst_; });
+    if (!savedFirst_.empty() && closed)
+        parts_.recorder.record("CLOSE");
+    savedFirst_.clear();
 }
 
 bool WindowFrontEnd::wantsRecovered(const std::filesystem::path& copy) {

@@ -26,6 +26,7 @@ class WindowFrontEnd final : public console::FrontEnd {
         PromptBoard& board;
         Busy& busy;
         SessionRecorder& recorder;
+        WindowLines& lines;
     };
     WindowFrontEnd(console::HostState& state, console::Conversation& conversation,
                    const Parts& parts);
@@ -42,6 +43,10 @@ class WindowFrontEnd final : public console::FrontEnd {
     Unsaved unsavedChanges(const std::string& document) override;
     bool wantsRecovered(const std::filesystem::path& copy) override;
 
+    // Between commands: a drawing that was saved in the question of CLOSE is closed by the script
+    // too.
+    void settle();
+
     bool inDialog() const { return watched_.showing(); }
 
   private:
@@ -54,6 +59,8 @@ class WindowFrontEnd final : public console::FrontEnd {
     WatchedDialogs watched_;
     ProgressDialog* progress_; // the window's child
     bool broken_ = false;
+    console::Workspace& workspace_;
+    std::string savedFirst_; // the drawing that is saved before it is closed
 };
 
 } // namespace tessaran::desktop

@@ -64,6 +64,10 @@ bool WindowLines::answer(Lines lines) {
     return true;
 }
 
+void WindowLines::prepare(Lines lines) {
+    given_.assign(std::make_move_iterator(lines.begin()), std::make_move_iterator(lines.end()));
+}
+
 void WindowLines::run(Lines command) {
     commands_.push_back(std::move(command));
     if (waiting_)

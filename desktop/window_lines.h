@@ -27,6 +27,8 @@ class WindowLines final : public console::LineSource {
     // Answers what waits, and the prompts that come after it; false when nothing waits.
     bool answer(Lines lines);
     bool answer(const std::string& line) { return answer(Lines{line}); }
+    // Answers for the prompts that come next, given while nothing waits.
+    void prepare(Lines lines);
     // A command and its answers, once what is running has been cancelled.
     void run(Lines command);
     // Ends the talk.
