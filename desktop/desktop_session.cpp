@@ -3,7 +3,6 @@
 #include "console/drawing_files.h"
 #include "console/plain_commands.h"
 #include "desktop/qt_text.h"
-#include "desktop/recovery.h"
 
 #include <QMessageBox>
 
@@ -31,7 +30,7 @@ DesktopSession::DesktopSession(const Options& options)
       frontEnd_(state_, conversation_,
                 {window_, window_.meter(), board_, busy_, recorder_, lines_}),
       host_(state_, frontEnd_), module_(host_), interpreter_(host_, conversation_),
-      autosaves_(recoveryFolder(options.configuration), options.autosave) {
+      copies_(options.configuration), autosaves_(copies_.path(), options.autosave) {
     transcript_.addSink(
         [this](std::string_view text) { window_.commands().history().append(text); });
     console::addPlainCommands(host_, [this] {
@@ -86,10 +85,6 @@ void DesktopSession::offerAbandoned() {
 }
 
 void DesktopSession::run(const std::string& drawing) {
-    std::error_code failed; // without the folder, drawings that have no file are not autosaved
-    const auto copies = recoveryFolder(options_.configuration);
-    if (!copies.empty())
-        std::filesystem::create_directories(copies, failed);
     window_.show();
     offerAbandoned();
     autosaveTimer_.start();
@@ -99,8 +94,6 @@ void DesktopSession::run(const std::string& drawing) {
     autosaveTimer_.stop();
     window_.keep();
     window_.hide();
-    if (!copies.empty())
-        std::filesystem::remove(copies, failed);
 }
 
 } // namespace tessaran::desktop

@@ -7,6 +7,7 @@
 #include "console/interpreter.h"
 #include "console/session.h"
 #include "desktop/main_window.h"
+#include "desktop/recovery.h"
 #include "desktop/window_front_end.h"
 
 #include <QTimer>
@@ -49,6 +50,7 @@ class DesktopSession {
     console::ConsoleHost host_;
     console::LoadedModule module_;
     console::Interpreter interpreter_;
+    RecoveryFolder copies_;
     console::Autosaves autosaves_;
     QTimer autosaveTimer_;
 };

@@ -61,7 +61,10 @@ QDockWidget* MainWindow::addPanel(const QString& title, const char* name, QWidge
 void MainWindow::buildPanels() {
     const auto command = [this](std::vector<std::string> lines) {
         // A panel's change waits for no command that is under way.
-        return parts_.lines.atCommandPrompt() && run(std::move(lines));
+        const std::string last = lastCommand_; // nor does Enter repeat it
+        const bool runs = parts_.lines.atCommandPrompt() && run(std::move(lines));
+        lastCommand_ = last;
+        return runs;
     };
     layers_ = new LayerPanel(command, this);
     properties_ = new PropertyPanel(command, this);
@@ -141,6 +144,7 @@ void MainWindow::listen() {
 bool MainWindow::run(std::vector<std::string> command) {
     if (!parts_.lines.waiting() || (inDialog_ && inDialog_()))
         return false;
+    lastCommand_ = command.front();
     parts_.lines.run(std::move(command));
     return true;
 }
@@ -153,7 +157,12 @@ bool MainWindow::runOnSelection(const std::string& command) {
     return run({command, handles, ""});
 }
 
-void MainWindow::submit(const std::string& line) {
+// Enter on the empty line runs the last command again, as hosts do.
+void MainWindow::submit(const std::string& typed) {
+    const bool repeats = typed.empty() && parts_.lines.atCommandPrompt();
+    const std::string line = repeats ? lastCommand_ : typed;
+    if (parts_.lines.atCommandPrompt())
+        lastCommand_ = line;
     static const std::vector<std::string> onSelection{"ERASE", "MOVE", "LIST", "CHPROP"};
     const console::Command* command =
         parts_.board.atCommand() ? parts_.state.commands.find(line) : nullptr;

@@ -82,7 +82,7 @@ class MainWindow final : public QMainWindow {
     void showSelection();
     void listen();
     void escape();
-    void submit(const std::string& line);
+    void submit(const std::string& typed);
     void showDocuments();
     void noteOpened();
     void showCursor(const std::optional<host::Point3>& at);
@@ -90,6 +90,7 @@ class MainWindow final : public QMainWindow {
     QString tabText(const console::Document& document) const;
 
     Parts parts_;
+    std::string lastCommand_; // typed or chosen last, for Enter to repeat
     QTabBar* tabs_;
     DrawingView* view_;
     CommandPanel* commands_;

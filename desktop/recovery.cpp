@@ -27,6 +27,19 @@ fs::path recoveryFolder(const fs::path& configuration) {
                                  : configuration / kFolder / std::to_string(::getpid());
 }
 
+RecoveryFolder::RecoveryFolder(const fs::path& configuration)
+    : path_(recoveryFolder(configuration)) {
+    std::error_code failed;
+    if (!path_.empty() && !fs::create_directories(path_, failed) && failed)
+        path_.clear();
+}
+
+RecoveryFolder::~RecoveryFolder() {
+    std::error_code ignored;
+    if (!path_.empty())
+        fs::remove(path_, ignored); // only when it is empty
+}
+
 std::vector<fs::path> abandonedCopies(const fs::path& configuration) {
     std::vector<fs::path> copies;
     std::error_code failed;

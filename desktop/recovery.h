@@ -12,6 +12,20 @@ namespace tessaran::desktop {
 // Of this process; empty without a configuration folder.
 std::filesystem::path recoveryFolder(const std::filesystem::path& configuration);
 
+// Makes this process's folder, and removes it at the end when nothing was left in it.
+class RecoveryFolder {
+  public:
+    explicit RecoveryFolder(const std::filesystem::path& configuration);
+    RecoveryFolder(const RecoveryFolder&) = delete;
+    RecoveryFolder& operator=(const RecoveryFolder&) = delete;
+    ~RecoveryFolder();
+
+    const std::filesystem::path& path() const { return path_; } // empty: copies are not kept
+
+  private:
+    std::filesystem::path path_;
+};
+
 // The copies of processes that have gone, oldest first.
 std::vector<std::filesystem::path> abandonedCopies(const std::filesystem::path& configuration);
 

@@ -1,5 +1,7 @@
 #include "user.h"
 
+#include "dialog_bench.h"
+
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -27,8 +29,9 @@ QAction* findAction(const QList<QAction*>& actions, const QString& text) {
 
 } // namespace
 
-User::User()
-    : session_(std::make_unique<desktop::DesktopSession>(desktop::DesktopSession::Options{})) {
+User::User(const desktop::DesktopSession::Options& options)
+    : session_((static_cast<void>(application()), // comes before any window
+                std::make_unique<desktop::DesktopSession>(options))) {
     window().resize(1000, 800);
     QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { next(); });
 }

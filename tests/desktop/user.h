@@ -23,7 +23,7 @@ namespace tessaran::test {
 
 class User {
   public:
-    User();
+    explicit User(const desktop::DesktopSession::Options& options = {});
     ~User();
 
     desktop::DesktopSession& session() { return *session_; }
