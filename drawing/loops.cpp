@@ -1,8 +1,8 @@
 #include "drawing/loops.h"
 
 #include "base/tolerance.h"
-#include "geometry/curve.h"
 #include "geometry/polygon.h"
+#include "host/curves.h"
 
 #include <algorithm>
 #include <cmath>
@@ -61,14 +61,6 @@ Loop directed(const Loop& loop, double area, bool counterClockwise) {
 }
 
 } // namespace
-
-std::vector<Point2> flattened(const Loop& loop) {
-    std::vector<geometry::CurveVertex> vertices;
-    vertices.reserve(loop.vertices.size());
-    for (const Loop::Vertex& vertex : loop.vertices)
-        vertices.push_back({{vertex.at.x, vertex.at.y, 0.0}, vertex.bulge});
-    return geometry::Curve(std::move(vertices), true).flattenedByShare(base::kArcSag);
-}
 
 Loop reversed(const Loop& loop) {
     Loop out;
@@ -153,7 +145,7 @@ Loop joined(std::vector<LoopEdge> edges) {
 std::vector<LoopFace> facesOf(const std::vector<Loop>& loops) {
     std::vector<Outline> outlines(loops.size());
     for (std::size_t i = 0; i < loops.size(); ++i) {
-        outlines[i].points = flattened(loops[i]);
+        outlines[i].points = host::outlineOf(loops[i]);
         for (const Point2 p : outlines[i].points)
             outlines[i].box.add(p);
         outlines[i].area = geometry::signedArea(outlines[i].points);

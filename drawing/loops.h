@@ -9,9 +9,6 @@
 
 namespace tessaran::drawing {
 
-// Points on the loop, arcs cut into chords that stay within base::kArcSag of their radius.
-std::vector<host::Point2> flattened(const host::Loop& loop);
-
 // The same loop the other way round.
 host::Loop reversed(const host::Loop& loop);
 

@@ -76,4 +76,12 @@ Polygon outlineOf(const Entity& entity) {
     return curve ? curve->flattenedByShare(base::kArcSag) : Polygon{};
 }
 
+Polygon outlineOf(const Loop& loop) {
+    std::vector<CurveVertex> vertices;
+    vertices.reserve(loop.vertices.size());
+    for (const Loop::Vertex& vertex : loop.vertices)
+        vertices.push_back({{vertex.at.x, vertex.at.y, 0.0}, vertex.bulge});
+    return Curve(vertices, true).flattenedByShare(base::kArcSag);
+}
+
 } // namespace tessaran::host

@@ -21,4 +21,7 @@ geometry::Polygon vertexPolygon(const Entity& entity);
 // chords for the arcs; empty for all others.
 geometry::Polygon outlineOf(const Entity& entity);
 
+// A loop's outline, with chords for the arcs.
+geometry::Polygon outlineOf(const Loop& loop);
+
 } // namespace tessaran::host

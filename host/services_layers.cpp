@@ -4,6 +4,8 @@
 #include "host/host.h"
 #include "host/services_dialogs.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace tessaran::host {
@@ -56,6 +58,23 @@ bool ensureWorkingLayer(Host& host) {
         return true;
     host.print("\nERROR: Couldn't create working layer record.");
     return false;
+}
+
+std::optional<std::string> askForNewLayer(Host& host) {
+    for (;;) {
+        const auto answer = host.prompts().getString("\nInput new layer name:", true);
+        std::string name(base::trimmed(answer.value));
+        if (!answer.ok() || name.empty())
+            return std::nullopt;
+        if (host.drawing().layer(name)) {
+            host.print(fmt::format("\nLayer < {} > has existed!", name));
+            continue;
+        }
+        if (ensureLayer(host, name, colour::kForeground))
+            return name;
+        host.print(fmt::format("\nLayer < {} > can not been created!", name));
+        return std::nullopt;
+    }
 }
 
 std::optional<std::string> askForLayers(Host& host) {

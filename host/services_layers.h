@@ -28,6 +28,10 @@ bool ensureLayer(Host& host, const std::string& name, int colour,
 // Tells at the command line when it failed.
 bool ensureWorkingLayer(Host& host);
 
+// Asks at the command line for a new layer's name until one is free, and makes the layer. Nothing
+// when the user gave none or it could not be made, which is told.
+std::optional<std::string> askForNewLayer(Host& host);
+
 // Asks at the command line for a list of layer names, typed or taken from objects that the user
 // selects. Nothing when cancelled or empty.
 std::optional<std::string> askForLayers(Host& host);

@@ -145,25 +145,12 @@ void MappingPage::drawLegend(DialogSession& session) {
 // --- layers -------------------------------------------------------------------------------------
 
 void MappingPage::createLayer(DialogSession& session) {
-    Host& host = session.host();
     const DialogSession::Hidden hidden(session);
-    for (;;) {
-        const auto answer = host.prompts().getString("\nInput new layer name:", true);
-        const std::string name(base::trimmed(answer.value));
-        if (!answer.ok() || name.empty())
-            return;
-        if (host.drawing().layer(name)) {
-            host.print(fmt::format("\nLayer < {} > has existed!", name));
-            continue;
-        }
-        if (!host::ensureLayer(host, name, host::colour::kForeground)) {
-            host.print(fmt::format("\nLayer < {} > can not been created!", name));
-            return;
-        }
-        mappingLayer_ = name;
-        host.dialogs().message(fmt::format("New layer < {} > has been created!", name));
+    const auto name = host::askForNewLayer(session.host());
+    if (!name)
         return;
-    }
+    mappingLayer_ = *name;
+    session.host().dialogs().message(fmt::format("New layer < {} > has been created!", *name));
 }
 
 bool MappingPage::prepareMappingLayer(Host& host) const {
