@@ -238,8 +238,7 @@ CellIndex myGrid::pointToCell(Point2 point) const {
     return {placeAlong(d, x, y, nX_), placeAlong(d, y, x, nY_)};
 }
 
-CellIndex myGrid::pointToCellClamped(Point2 point) const {
-    const CellIndex cell = pointToCell(point);
+CellIndex myGrid::held(CellIndex cell) const {
     return {clampedPlace(cell.column, nX_), clampedPlace(cell.row, nY_)};
 }
 

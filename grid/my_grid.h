@@ -149,7 +149,9 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     // The cell around a point, kBefore or kBeyond outside. A point exactly on the grid's lower or
     // left edge is before it.
     CellIndex pointToCell(Point2 point) const;
-    CellIndex pointToCellClamped(Point2 point) const; // held at the first and last cell
+    CellIndex pointToCellClamped(Point2 point) const { return held(pointToCell(point)); }
+    // kBefore as the first and kBeyond as the last column or row.
+    CellIndex held(CellIndex cell) const;
 
     // --- title, settings, lists
     // -------------------------------------------------------------------
