@@ -7,6 +7,7 @@
 #include "factors/generator_commands.h"
 #include "factors/polyline_commands.h"
 #include "grid/base_grid_commands.h"
+#include "grid/grid_utility_commands.h"
 #include "host/host.h"
 #include "index/composite_commands.h"
 #include "index/factor_commands.h"
@@ -42,7 +43,7 @@ constexpr std::array kCommands{
     CommandRow{"zelk_genFactor", commandHandler<index::zelk_genFactor>},
     CommandRow{"zelk_StabilityIndex", commandHandler<index::zelk_StabilityIndex>},
     CommandRow{"zelk_indexMapping", commandHandler<index::zelk_indexMapping>},
-    CommandRow{"zelk_gridUtility", commandHandler<notAvailableYet>},
+    CommandRow{"zelk_gridUtility", commandHandler<grid::zelk_gridUtility>},
     CommandRow{"zelk_createPolylineFromObjects",
                commandHandler<factors::zelk_createPolylineFromObjects>},
     CommandRow{"zelk_joinPolylines", commandHandler<factors::zelk_joinPolylines>},
