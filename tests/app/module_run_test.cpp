@@ -49,14 +49,14 @@ TEST(Module, KnowsCommandsInAnyCapitalsAndNoMisspeltOnes) {
         "_Zelk_SetGrid\n:cancel\n"
         "'_zelk_zelkabout\n:show\n:ok\n"
         "ZELKMenu\n"
-        "zelk_gridUtility\n"
+        "zelk_gridUtility\n:cancel\n"
         "zelk_checkClosedPloylines\n");
     EXPECT_EQ(run.status(), 1);
-    EXPECT_THAT(run.error(), HasSubstr(":10: "));
+    EXPECT_THAT(run.error(), HasSubstr(":11: "));
     EXPECT_THAT(run.transcript(), HasSubstr("(dialog) About Tessaran System"));
     EXPECT_THAT(run.transcript(), HasSubstr("Intergrated Tessaran System"));
     EXPECT_THAT(run.transcript(), HasSubstr("Contacts:"));
-    EXPECT_THAT(run.transcript(), HasSubstr("Not available yet."));
+    EXPECT_THAT(run.transcript(), HasSubstr("(dialog) Grid Utilities -> cancel"));
 }
 
 TEST(Module, KeepsABaseGridForEachOpenDrawing) {
