@@ -4,7 +4,10 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 out=build/docs
 mkdir -p "$out"
-cp -r docs/images "$out/" 2>/dev/null || true
+find docs -name '*.png' | while read -r picture; do
+    mkdir -p "$out/$(dirname "${picture#docs/}")"
+    cp "$picture" "$out/${picture#docs/}"
+done
 find docs -name '*.md' | while read -r page; do
     target="$out/${page#docs/}"
     target="${target%.md}.html"
