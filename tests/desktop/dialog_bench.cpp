@@ -29,7 +29,7 @@ std::optional<std::string> PromptLines::read(const std::string& /*prompt*/) {
     if (asked_)
         asked_();
     if (lines_.empty())
-        return "";
+        return ++enters_ <= kMostEnters ? std::optional<std::string>("") : std::nullopt;
     std::string line = lines_.front();
     lines_.pop_front();
     return line;

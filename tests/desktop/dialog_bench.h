@@ -16,7 +16,7 @@ namespace tessaran::test {
 // The one application of the test program.
 QApplication& application();
 
-// Lines for prompts, given when they are asked for; without more lines, Enter.
+// Lines for prompts, given when they are asked for; without more lines, Enter for a while.
 class PromptLines final : public console::LineSource {
   public:
     std::optional<std::string> read(const std::string& prompt) override;
@@ -26,7 +26,9 @@ class PromptLines final : public console::LineSource {
     void setAsked(std::function<void()> asked) { asked_ = std::move(asked); }
 
   private:
+    static constexpr int kMostEnters = 50;
     std::deque<std::string> lines_;
+    int enters_ = 0;
     std::function<void()> asked_;
 };
 
