@@ -62,8 +62,8 @@ inline stress::CModelDat modelOf(int n, int seams) {
     m.nX = n;
     m.nY = n;
     m.gradient = 0.09;
-    m.overRelaxation = 1.75;
-    m.convergenceCriterion = 1e-4;
+    m.overRelaxation = 1.4;
+    m.convergenceCriterion = 1e-3;
     m.maxIterations = 20000;
     m.steps = 1;
     m.boundaries = {1, 1, 1, 1};
