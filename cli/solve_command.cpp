@@ -54,6 +54,7 @@ int ended(const stress::RunReport& report) {
         fmt::print(stderr, "Cancelled. What the finished steps wrote is kept.\n");
         return kFailed;
     case stress::RunReport::Ending::failed:
+    case stress::RunReport::Ending::outOfMemory:
         break;
     }
     fmt::print(stderr, "{}\n", report.message);

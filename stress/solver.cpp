@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
+#include <stdexcept>
 
 namespace tessaran::stress {
 namespace {
@@ -483,8 +485,18 @@ SeamRanges rangesOf(const SeamState& seam) {
     return out;
 }
 
+// A seam's arrays are matrices of doubles; nothing else of a run comes near their size.
 RunReport solve(const CModelDat& model, const std::filesystem::path& base, RunWatch& watch) {
-    return Run(model, base, watch).run();
+    try {
+        return Run(model, base, watch).run();
+    } catch (const std::bad_alloc&) {
+    } catch (const std::length_error&) {
+    }
+    RunReport report;
+    report.ending = RunReport::Ending::outOfMemory;
+    report.message = "allocation failure 1 in dmatrix()\n...now exiting to the system...\n";
+    watch.message(report.message);
+    return report;
 }
 
 } // namespace tessaran::stress

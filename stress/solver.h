@@ -34,7 +34,7 @@ struct SeamRanges {
 SeamRanges rangesOf(const SeamState& seam);
 
 struct RunReport {
-    enum class Ending { finished, failed, cancelled };
+    enum class Ending { finished, failed, cancelled, outOfMemory };
     Ending ending = Ending::finished;
     std::string message{};              // why it failed
     std::vector<SeamProfile> profile{}; // of all steps
@@ -50,7 +50,8 @@ struct RunReport {
 // Solves the model; `base` is the run's path without extension. Element codes come from the model,
 // or, where it holds none, from the step files in the base's folder. The log BASE.out is appended
 // to, result files BASE.f1 ... and BASE.off are begun at step 1 and grow by step; what was written
-// before a cancel or failure stays.
+// before a cancel or failure stays. Memory that cannot be had ends it with the
+// message of the arrays' routine.
 RunReport solve(const CModelDat& model, const std::filesystem::path& base, RunWatch& watch);
 
 } // namespace tessaran::stress

@@ -151,6 +151,19 @@ TEST(Cancel, InTheMiddleGives1AndKeepsWhatWasWritten) {
     EXPECT_EQ(std::count(results.begin(), results.end(), '\n'), 3 + 200);
 }
 
+TEST(Memory, ThatCannotBeHadIsToldByTheArraysRoutine) {
+    TemporaryFolder folder;
+    CModelDat model;
+    model.nX = model.nY = 2'000'000'000; // beyond what any array can hold
+    model.seams.push_back({0.0, 0.0, -12000.0, 72.0});
+    Nobody nobody;
+    const RunReport report = solve(model, folder / "m", nobody);
+    EXPECT_EQ(report.ending, RunReport::Ending::outOfMemory);
+    EXPECT_EQ(report.code(), 1);
+    EXPECT_EQ(report.message,
+              "allocation failure 1 in dmatrix()\n...now exiting to the system...\n");
+}
+
 // --- before and after ---------------------------------------------------------------------------
 
 TEST(Outlook, TellsWhatToLookAt) {
