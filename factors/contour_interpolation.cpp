@@ -18,6 +18,7 @@ constexpr std::size_t kFewestLines = 4;
 constexpr double kRightAngle = 1e-9;  // angles this near a right one count as right, radians
 constexpr double kSquareSlack = 1e-9; // of a cell width, so that rounding loses no touching line
 constexpr int kMostSteps = 200;       // through the index; then the rest is gone through as a whole
+constexpr double kReachOfNext = 1.1;  // of the reach that a cell needed, for the one after it
 constexpr double kFar = std::numeric_limits<double>::infinity();
 constexpr double kBoundSlack = 1.0 + 1e-12; // a run's extents may be rounded away from its segments
 
@@ -30,7 +31,7 @@ class CellContours {
   public:
     CellContours(const ContourLines& lines, const ContourSearch& search, double cellWidth)
         : lines_(lines), search_(search), width_(cellWidth), runs_(lines.runIndex()),
-          takenFor_(lines.size(), 0) {}
+          takenFor_(lines.size(), 0), reach_(cellWidth) {}
 
     std::optional<double> at(Point2 p) {
         const std::optional<double> half = halfSize(p);
@@ -42,7 +43,10 @@ class CellContours {
         const std::optional<ContourPoint> nearest = first();
         if (!nearest)
             return std::nullopt;
-        return valueBetween(*nearest, partnerOf(*nearest)) - search_.datum;
+        const std::optional<ContourPoint> partner = partnerOf(*nearest);
+        if (partner && steps_ <= kMostSteps)
+            reach_ = kReachOfNext * std::sqrt(partner->squared) + width_;
+        return valueBetween(*nearest, partner) - search_.datum;
     }
 
   private:
@@ -73,10 +77,49 @@ class CellContours {
     // --- lines one by one, the nearest first ----------------------------------------------------
 
     void begin() {
-        runs_.start(place_);
         waiting_.clear();
+        collectNear();
+        nearOnly_ = true;
         steps_ = 0;
         ++cell_;
+    }
+
+    // The runs within the distance at which the cell before found what it needed: nearly always
+    // enough, and cheaper than opening the index run by run.
+    void collectNear() {
+        near_.clear();
+        searched_ = reach_ * reach_;
+        lines_.runIndex().forEach(Box2{place_, place_}.enlarged(reach_), [&](std::size_t run) {
+            const double squared = geometry::distanceSquared(place_, lines_.runExtents(run));
+            if (squared <= searched_)
+                near_.push_back({squared, static_cast<std::uint32_t>(run)});
+        });
+        std::make_heap(near_.begin(), near_.end());
+    }
+
+    // No run still to come is nearer than this, squared; infinite where none is to come.
+    double nextBound() const {
+        if (!nearOnly_)
+            return runs_.atEnd() ? kFar : runs_.boundSquared();
+        return near_.empty() ? searched_ : near_.front().squared;
+    }
+
+    // Looks at the next run, or goes a step towards it; not when none is to come.
+    void advance() {
+        if (!nearOnly_) {
+            if (const std::size_t run = runs_.step(); run != runs_.kOnTheWay)
+                lookAtRun(run);
+            return;
+        }
+        if (near_.empty()) { // runs looked at twice do no harm: their lines are taken once
+            nearOnly_ = false;
+            runs_.start(place_);
+            return;
+        }
+        std::pop_heap(near_.begin(), near_.end());
+        const std::size_t run = near_.back().run;
+        near_.pop_back();
+        lookAtRun(run);
     }
 
     bool taken(std::size_t line) const { return takenFor_[line] == cell_; }
@@ -112,11 +155,10 @@ class CellContours {
             while (!waiting_.empty() && taken(waiting_.front().line))
                 dropFirst();
             const double known = waiting_.empty() ? kFar : waiting_.front().squared * kBoundSlack;
-            if (!runs_.atEnd() && runs_.boundSquared() <= known) {
+            if (const double bound = nextBound(); bound < kFar && bound <= known) {
                 if (++steps_ > kMostSteps)
                     return std::nullopt;
-                if (const std::size_t run = runs_.step(); run != runs_.kOnTheWay)
-                    lookAtRun(run);
+                advance();
                 continue;
             }
             if (waiting_.empty())
@@ -203,11 +245,22 @@ class CellContours {
     const ContourLines& lines_;
     const ContourSearch& search_;
     double width_;
+    // A run by the distance of its extents; as the heap's order the nearest first.
+    struct NearRun {
+        double squared;
+        std::uint32_t run;
+        friend bool operator<(const NearRun& a, const NearRun& b) { return a.squared > b.squared; }
+    };
+
     geometry::BoxesByDistance runs_;
+    std::vector<NearRun> near_;           // a heap
+    bool nearOnly_ = true;                // whether the index is not asked yet
     std::vector<ContourPoint> waiting_;   // a heap, the nearest first
     std::vector<std::uint32_t> takenFor_; // number of the cell that a line was last taken for
     std::uint32_t cell_ = 0;
     int steps_ = 0;
+    double reach_;          // how far near_ is collected
+    double searched_ = 0.0; // its square for this cell
     Point2 place_;
     Box2 square_;
 };

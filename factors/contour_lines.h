@@ -40,6 +40,7 @@ class ContourLines {
 
     // Runs of a few segments of one line each.
     const geometry::BoxIndex& runIndex() const { return runIndex_; }
+    const Box2& runExtents(std::size_t run) const { return runs_[run].extents; }
     std::uint32_t lineOfRun(std::size_t run) const { return runs_[run].line; }
     // Makes `best` the run's closest point to p where that is nearer.
     void nearestOfRun(std::size_t run, Point2 p, ContourPoint& best) const;
