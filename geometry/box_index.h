@@ -33,7 +33,7 @@ class BoxIndex {
 
   private:
     friend class BoxesByDistance;
-    static constexpr std::size_t kFanOut = 16;
+    static constexpr std::size_t kFanOut = 8;
 
     template <class Visit>
     void descend(std::size_t level, std::size_t group, const Box2& box, Visit& visit) const {

@@ -15,6 +15,7 @@ packages=(
     qt6-base-dev qt6-qpa-plugins libgl1-mesa-dev xvfb
     # tests and benchmarks; the python packages and GDAL are independent readers of our files
     libgtest-dev libgmock-dev libbenchmark-dev python3-ezdxf python3-gdal python3-shapely
+    locales
 )
 
 missing=()

@@ -1,12 +1,12 @@
 #include "base/file.h"
 #include "grid/grid_file.h"
+#include "support/comma_locale.h"
 #include "support/literal_grid_file.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -294,20 +294,14 @@ TEST(GridFile, ReadsEveryDataFileAsTheLiteralReaderDoes) {
 }
 
 TEST(GridFile, ReadsAndWritesUnderACommaLocale) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    const char* set = nullptr;
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "de_DE", "fr_FR.UTF-8"})
-        if (set == nullptr)
-            set = std::setlocale(LC_ALL, name);
-    if (set == nullptr)
-        GTEST_SKIP() << "no comma locale installed";
+    const test::CommaLocale comma;
+    ASSERT_TRUE(comma.inForce());
     myGrid grid;
     const bool ok = read(std::string(kHeader) + "0.5\n4\n8\n0\n4\n8\n0\n4\n8\n\n"
                                                 "ZELK Stability Application",
                          grid)
                         .ok();
     const std::string text = written(grid);
-    std::setlocale(LC_ALL, before.c_str());
     ASSERT_TRUE(ok);
     EXPECT_EQ(grid.getValue(0, 0), 0.5);
     EXPECT_NE(text.find("\r\n0.500000\r\n"), std::string::npos);
