@@ -71,8 +71,7 @@ std::size_t byWalking(const Plan& plan) {
     return mapping.combinedRegions()->size();
 }
 
-// --- the plain way, straight on the overlay library
-// ------------------------------------------------
+// --- the plain way, straight on the overlay library ----------------------------------------------
 
 GEOSGeometry* polygonOf(GEOSContextHandle_t geos, std::span<const Point2> points) {
     const auto n = static_cast<unsigned>(points.size());

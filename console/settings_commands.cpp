@@ -165,8 +165,7 @@ void turnUcs(ConsoleHost& host) {
     setUcs(host, ucs);
 }
 
-// --- the view
-// --------------------------------------------------------------------------------------
+// --- the view ------------------------------------------------------------------------------------
 
 constexpr double kMargin = 1.05; // of a view on given extents
 
@@ -198,8 +197,7 @@ void viewOnCentre(ConsoleHost& host) {
     host.workspace().database().setView(view);
 }
 
-// --- variables
-// -------------------------------------------------------------------------------------
+// --- variables -----------------------------------------------------------------------------------
 
 std::string valueText(const host::VariableValue& value) {
     struct Show {

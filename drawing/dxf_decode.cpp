@@ -12,7 +12,6 @@
 namespace tessaran::drawing::dxf {
 namespace {
 
-using host::Point2;
 using host::Point3;
 
 constexpr double kDegree = std::numbers::pi / 180.0;

@@ -489,6 +489,8 @@ void EntityEncoder::rewriteCommon(TagWriter& writer, std::span<const Tag> common
     const bool hasReactors = std::any_of(common.begin(), common.end(), [&](const Tag& tag) {
         return tag.code == 102 && values_.name(tag) == kReactors;
     });
+    // A true colour left in place would hide the new one.
+    const auto isColour = [](int code) { return code == 62 || code == 420 || code == 430; };
     bool inReactors = false;
     for (const Tag& tag : common) {
         if (tag.code == 102)
@@ -516,11 +518,7 @@ void EntityEncoder::rewriteCommon(TagWriter& writer, std::span<const Tag> common
                 writer.text(6, encoded(now.linetype));
             if (recoloured && now.colour != host::colour::kByLayer)
                 writer.integer(62, now.colour);
-        } else if (tag.code == 6 && relined) {
-            continue;
-        } else if ((tag.code == 62 || tag.code == 420 || tag.code == 430) && recoloured) {
-            continue; // a true colour would hide the new one
-        } else {
+        } else if (!(relined && tag.code == 6) && !(recoloured && isColour(tag.code))) {
             copy(tag);
         }
     }

@@ -111,9 +111,8 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     const Vector3& yStep() const { return yStep_; }
     double blankValue() const { return blankValue_; }
 
-    // --- values
-    // ----------------------------------------------------------------------------------- Columns
-    // 0..nX and rows 0..nY; outside, reads give 0.0 or false and writes are ignored.
+    // --- values ----------------------------------------------------------------------------------
+    // Columns 0..nX and rows 0..nY; outside, reads give 0.0 or false and writes are ignored.
     double getValue(int i, int j) const;
     bool getValue(int i, int j, double& value) const;
     bool setValue(int i, int j, double value);
@@ -135,9 +134,8 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     void scaleValues(double factor);        // the extra column and row too
     void rescaleValues(double a, double b); // stretched over a to b, the extra ones too
 
-    // --- places
-    // ----------------------------------------------------------------------------------- 0 <= i <=
-    // nX, 0 <= j <= nY; z is the value.
+    // --- places ----------------------------------------------------------------------------------
+    // 0 <= i <= nX, 0 <= j <= nY; z is the value.
     std::optional<Point3> cellCenter(int i, int j) const;
     Point2 nodePoint(int i, int j) const;  // any i, j
     Point3 nodePoint3(int i, int j) const; // z is the value there
@@ -153,8 +151,7 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     // kBefore as the first and kBeyond as the last column or row.
     CellIndex held(CellIndex cell) const;
 
-    // --- title, settings, lists
-    // -------------------------------------------------------------------
+    // --- title, settings, lists ------------------------------------------------------------------
     const std::string& title() const { return title_; }
     void setTitle(std::string title) { title_ = std::move(title); }
     const DrawingSettings& drawingSettings() const { return settings_; }
@@ -164,11 +161,11 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     CellList& selectedCells() { return selected_; }
     const CellList& selectedCells() const { return selected_; }
 
-    // --- colour table
-    // ----------------------------------------------------------------------------- A lookup that
-    // finds no table makes the default one from the present values: ten bands between the whole
-    // numbers below the minimum and above the maximum. A default table is dropped when the grid is
-    // set up anew and can be dropped by whoever changed the values; a table that was set stays.
+    // --- colour table ----------------------------------------------------------------------------
+    // A lookup that finds no table makes the default one from the present values: ten bands between
+    // the whole numbers below the minimum and above the maximum. A default table is dropped when
+    // the grid is set up anew and can be dropped by whoever changed the values; a table that was
+    // set stays.
     const std::vector<ColourBreak>& colorBreaks() const { return colorBreaks_; }
     void setColorBreaks(std::vector<ColourBreak> breaks); // ascending; empty: the default again
     void forgetDefaultColours();
@@ -179,8 +176,7 @@ class myGrid { // NOLINT(readability-identifier-naming): the name is the system'
     int bandOfValue(double value) const;   // -1 while there is no table
     double breakValue(int k) const;        // of entry k mod n
 
-    // --- files (grid/grid_file.h), telling the user what goes wrong
-    // ---------------------------------
+    // --- files (grid/grid_file.h), telling the user what goes wrong ------------------------------
     bool readGrid(host::Host& host, const std::string& fileName, bool loadValues);
     bool writeGrid(host::Host& host, const std::string& fileName) const; // whether it was written
     bool readGridDefinition(host::Host& host, const std::string& fileName, bool loadValues);

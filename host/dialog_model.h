@@ -194,8 +194,7 @@ class DialogSession {
     Dialog& dialog() { return dialog_; }
     const Dialog& dialog() const { return dialog_; }
 
-    // --- for front ends
-    // ---------------------------------------------------------------------------
+    // --- for front ends --------------------------------------------------------------------------
     void setView(DialogView* view) { view_ = view; }
     // Runs the pages' opened() and activates the first page; called once, before the first drawing.
     void open();
@@ -242,10 +241,9 @@ class DialogSession {
     void ok();
     void cancel();
 
-    // --- for pages and dialogs
-    // ---------------------------------------------------------------------- Stores every enabled
-    // field of the page into its member; at the first that cannot be, shows the reason, puts the
-    // focus there and returns false.
+    // --- for pages and dialogs -------------------------------------------------------------------
+    // Stores every enabled field of the page into its member; at the first that cannot be, shows
+    // the reason, puts the focus there and returns false.
     bool validate(const DialogPage& page);
     void focus(std::string_view label);        // a control of the page in front or of another
     void showPage(const DialogPage& page);     // to the front without asking the present one

@@ -79,19 +79,17 @@ class Drawing {
     virtual std::vector<std::string> groups() const = 0;
     virtual std::vector<EntityId> group(std::string_view name) const = 0;
 
-    // --- extended data
-    // ---------------------------------------------------------------------------- Replaces the
-    // application's list on the entity (an empty list removes it), registering the application when
-    // the drawing does not know it.
+    // --- extended data ---------------------------------------------------------------------------
+    // Replaces the application's list on the entity (an empty list removes it), registering the
+    // application when the drawing does not know it.
     virtual base::Result<void> setXData(EntityId id, const std::string& application,
                                         const std::vector<XDataItem>& items) = 0;
     virtual std::optional<std::vector<XDataItem>> xdata(EntityId id,
                                                         std::string_view application) const = 0;
 
-    // --- dictionary records
-    // ------------------------------------------------------------------------- Text records (group
-    // code 1) of a dictionary under the named-objects dictionary. Writing creates the dictionary
-    // when missing and replaces an earlier record of the key.
+    // --- dictionary records ----------------------------------------------------------------------
+    // Text records (group code 1) of a dictionary under the named-objects dictionary. Writing
+    // creates the dictionary when missing and replaces an earlier record of the key.
     enum class RecordState { read, noDictionary, notADictionary, noEntry, notARecord };
     struct Record {
         RecordState state = RecordState::noEntry;

@@ -3,6 +3,7 @@
 #include "base/file.h"
 #include "console/case_file.h"
 #include "console/rehearsal.h"
+#include "support/comma_locale.h"
 #include "support/script_run.h"
 
 #include <gtest/gtest.h>
@@ -27,25 +28,37 @@ TEST(CaseFiles, AreThere) {
     EXPECT_GE(caseNames().size(), 40u);
 }
 
-class Cases : public testing::TestWithParam<std::string> {};
-
-TEST_P(Cases, GiveWhatTheyGave) {
-    const auto text =
-        base::readFile(TESSARAN_SOURCE_DIR "/tests/data/scripts/" + GetParam() + ".case");
+void expectCase(const std::string& name) {
+    const auto text = base::readFile(TESSARAN_SOURCE_DIR "/tests/data/scripts/" + name + ".case");
     ASSERT_TRUE(text);
     const CaseFile wanted = parseCase(*text);
     ScriptRun run;
     addRehearsalCommands(run.host());
-    for (const auto& [name, content] : wanted.given)
-        run.folder().write(name, content);
+    for (const auto& [file, content] : wanted.given)
+        run.folder().write(file, content);
     run(wanted.script);
     EXPECT_EQ(run.transcript(), wanted.transcript);
     EXPECT_EQ(run.error(), wanted.error.substr(0, wanted.error.find('\n')));
     EXPECT_EQ(run.status(), wanted.status);
-    for (const auto& [name, content] : wanted.files)
-        EXPECT_EQ(run.folder().read(name) + "\n", content) << name;
-    for (const std::string& name : wanted.absent)
-        EXPECT_FALSE(run.folder().has(name)) << name;
+    for (const auto& [file, content] : wanted.files)
+        EXPECT_EQ(run.folder().read(file) + "\n", content) << file;
+    for (const std::string& file : wanted.absent)
+        EXPECT_FALSE(run.folder().has(file)) << file;
+}
+
+class Cases : public testing::TestWithParam<std::string> {};
+
+TEST_P(Cases, GiveWhatTheyGave) {
+    expectCase(GetParam());
+}
+
+TEST(CaseFiles, GiveTheSameUnderACommaLocale) {
+    const CommaLocale comma;
+    ASSERT_TRUE(comma.inForce());
+    for (const std::string& name : caseNames()) {
+        SCOPED_TRACE(name);
+        expectCase(name);
+    }
 }
 
 std::string caseName(const testing::TestParamInfo<std::string>& tested) {

@@ -289,10 +289,17 @@ TEST_P(RandomPlans, GiveTheAreasOfLiteralSubtraction) {
     expectAreas(mapping, literalAreas(grid, pillars, kTwoColours, overlapping), 1e-5);
 }
 
+std::string planName(const testing::TestParamInfo<RandomPlan>& tested) {
+    const auto& [degrees, origin, overlapping] = tested.param;
+    return std::string(degrees == 0.0 ? "Straight" : "Turned") +
+           (overlapping ? "Overlapping" : "Apart");
+}
+
 INSTANTIATE_TEST_SUITE_P(IndexMapping, RandomPlans,
                          testing::Values(RandomPlan{0.0, {}, false}, RandomPlan{0.0, {}, true},
                                          RandomPlan{27.5, {1000.0, -500.0}, true},
-                                         RandomPlan{-12.0, {3.0e6, 5.0e6}, false}));
+                                         RandomPlan{-12.0, {3.0e6, 5.0e6}, false}),
+                         planName);
 
 } // namespace
 } // namespace tessaran::index

@@ -13,6 +13,7 @@ CommaLocale::CommaLocale() : before_(std::setlocale(LC_ALL, nullptr)) {
         return;
     ::setenv("LOCPATH", folder_.path().c_str(), 1);
     std::setlocale(LC_ALL, "de_DE.UTF-8");
+    std::setlocale(LC_MESSAGES, "C"); // the system's own error texts stay as tests expect them
     char half[8] = "";
     std::snprintf(half, sizeof half, "%.1f", 0.5);
     inForce_ = std::string(half) == "0,5";
