@@ -114,6 +114,25 @@ TEST(LinearFeatures, EqualTheLiteralLoopOnTurnedGridsToo) {
     }
 }
 
+TEST(LinearFeatures, AccumulationIsNeverBelowTheSingleInfluence) {
+    const std::vector<Curve> features = randomFeatures(8, 25, 400.0);
+    myGrid single;
+    myGrid summed;
+    define(single, 40, 40, 10.0, 12.0);
+    define(summed, 40, 40, 10.0, 12.0);
+    base::NoProgress progress;
+    ASSERT_TRUE(gridLinearFeatures(features, {60.0, false}, single, progress));
+    ASSERT_TRUE(gridLinearFeatures(features, {60.0, true}, summed, progress));
+    int above = 0;
+    for (int i = 0; i < 40; ++i)
+        for (int j = 0; j < 40; ++j) {
+            ASSERT_GE(summed.getValue(i, j), single.getValue(i, j)) << i << "," << j;
+            ASSERT_LE(summed.getValue(i, j), 100.0);
+            above += summed.getValue(i, j) > single.getValue(i, j) ? 1 : 0;
+        }
+    EXPECT_GT(above, 0);
+}
+
 TEST(LinearFeatures, AHugeDistanceReachesEverywhere) {
     myGrid grid;
     define(grid, 10, 10, 1.0, 0.0, 1e6, 1e6);
