@@ -88,6 +88,11 @@ class ReachBand {
     std::vector<double> nearest_; // squares
 };
 
+// The end of the curves from `first` on that are gone through before the next look at the user
+// break: at least one, and about so many that a second is not exceeded.
+std::size_t endOfBatch(std::span<const ReachingSegments> curves, std::size_t first,
+                       const GridFrame& frame);
+
 // Calls store(k, distance, value) for every curve k and every cell within its reach; `value` is the
 // cell's, to be changed. For one cell the calls come in the order of the curves, so that sums do
 // not depend on the number of threads: bands of rows share nothing. The progress runs over the
@@ -96,18 +101,17 @@ template <class Store>
 bool forCellsWithin(std::span<const ReachingCurve> curves, myGrid& grid, base::Progress& progress,
                     const Store& store) {
     constexpr int kRowsOfABand = 32;
-    constexpr std::size_t kCurvesBetweenPolls = 256;
     const GridFrame frame(grid);
     std::vector<ReachingSegments> all;
     all.reserve(curves.size());
     for (const ReachingCurve& curve : curves)
         all.emplace_back(curve, frame);
     const int bands = (frame.nY() + kRowsOfABand - 1) / kRowsOfABand;
-    for (std::size_t first = 0; first < all.size(); first += kCurvesBetweenPolls) {
+    for (std::size_t first = 0, last = 0; first < all.size(); first = last) {
         progress.setPosition(static_cast<long>(first) + 1);
         if (progress.cancelled())
             return false;
-        const std::size_t last = std::min(all.size(), first + kCurvesBetweenPolls);
+        last = endOfBatch(all, first, frame);
         base::parallelRanges(0, bands, 1, [&](int begin, int end) {
             for (int b = begin; b < end; ++b) {
                 ReachBand band(frame, b * kRowsOfABand,
