@@ -23,6 +23,11 @@
 #include <algorithm>
 
 namespace tessaran::desktop {
+namespace {
+
+constexpr int kStatusMilliseconds = 5000; // how long the status area shows a text
+
+} // namespace
 
 MainWindow::MainWindow(const Parts& parts)
     : parts_(parts), tabs_(new QTabBar), view_(nullptr), commands_(new CommandPanel(this)),
@@ -207,7 +212,7 @@ void MainWindow::saveSessionScript(const QString& path) {
     if (!written)
         QMessageBox::warning(this, "Tessaran", qt(written.error().message()));
     else
-        statusBar()->showMessage("Session saved as " + path, 5000);
+        statusBar()->showMessage("Session saved as " + path, kStatusMilliseconds);
 }
 
 void MainWindow::setDark(bool dark) {
@@ -309,6 +314,9 @@ void MainWindow::showDocuments() {
 void MainWindow::showCursor(const std::optional<host::Point3>& at) {
     coordinates_->setText(
         at ? qt(fmt::format("X {:.3f}   Y {:.3f}   Z {:.3f}", at->x, at->y, at->z)) : QString());
+    const PromptState& prompt = parts_.board.current();
+    if (prompt.statusAt)
+        statusBar()->showMessage(at ? qt(prompt.statusAt(*at)) : QString(), kStatusMilliseconds);
 }
 
 // --- the window itself

@@ -5,6 +5,7 @@
 
 #include "host/prompts.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -30,6 +31,8 @@ struct PromptState {
     host::RubberBand rubberBand = host::RubberBand::none;
     std::vector<host::Point2> dragged{}; // an outline relative to the cursor
     std::vector<host::Point3> trail{};   // the points given so far of a shape that selects
+    // What the status area tells about a place; user coordinates.
+    std::function<std::string(const host::Point3&)> statusAt{};
 
     // Whether a place of the drawing answers it.
     bool takesPoint() const {

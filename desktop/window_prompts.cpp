@@ -30,6 +30,7 @@ PromptResult<Point3> WindowPrompts::getPoint(const host::PointPrompt& prompt) {
     state.base = prompt.base;
     state.rubberBand = prompt.rubberBand;
     state.dragged = prompt.dragged;
+    state.statusAt = prompt.statusAt;
     if (selecting_)
         state.trail = trail_;
     const OnBoard shown(board_, std::move(state));

@@ -9,7 +9,6 @@
 #include <limits>
 #include <mutex>
 #include <span>
-#include <vector>
 
 namespace tessaran::grid {
 namespace {
@@ -83,25 +82,21 @@ void applyToCell(double& value, double other, bool divides, const Result& result
     value = canBeStored(now) ? now : value;
 }
 
-double valueAt(const myGrid& grid, CellIndex cell) {
-    return grid.row(cell.row)[static_cast<std::size_t>(cell.column)];
-}
-
 template <class Result>
 CellCounts applySampled(myGrid& grid, const myGrid& other, bool divides, const Result& result) {
     const CentreCells centres(grid, other);
     return overRows(grid, [&](int begin, int end) {
         CellCounts counts;
-        std::vector<CellIndex> cells(static_cast<std::size_t>(grid.nX()));
         for (int j = begin; j < end; ++j) {
-            centres.locate(j, cells);
             const std::span<double> values = cellsOfRow(grid, j);
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                if (cells[i].column < 0 || cells[i].row < 0)
-                    ++counts.outside;
-                else
-                    applyToCell(values[i], valueAt(other, cells[i]), divides, result, counts);
+            centres.forEachIn(j, [&](std::size_t i, double sample) {
+                applyToCell(values[i], sample, divides, result, counts);
+            });
         }
+        const auto cells =
+            static_cast<std::size_t>(end - begin) * static_cast<std::size_t>(grid.nX());
+        counts.outside =
+            cells - counts.changed - counts.withoutValue - counts.zeroDivisor - counts.outOfRange;
         return counts;
     });
 }
@@ -162,13 +157,11 @@ void takeValues(myGrid& grid, const myGrid& other) {
         return;
     const CentreCells centres(grid, other);
     base::parallelRanges(0, grid.nY(), kRowsATask, [&](int begin, int end) {
-        std::vector<CellIndex> cells(static_cast<std::size_t>(grid.nX()));
-        for (int j = begin; j < end; ++j) {
-            centres.locate(j, cells);
-            const std::span<double> values = cellsOfRow(grid, j);
-            for (std::size_t i = 0; i < cells.size(); ++i)
-                values[i] = valueAt(other, other.held(cells[i]));
-        }
+        for (int j = begin; j < end; ++j)
+            for (int i = 0; i < grid.nX(); ++i) {
+                const CellIndex nearest = other.held(centres.cellAround(i, j));
+                grid.setValue(i, j, other.getValue(nearest.column, nearest.row));
+            }
     });
 }
 

@@ -137,17 +137,11 @@ struct PairSums {
 PairSums pairSums(const myGrid& grid, const myGrid& other, double meanX, double meanY) {
     const CentreCells centres(grid, other);
     const auto ofRow = [&](int j) {
-        std::vector<CellIndex> cells(static_cast<std::size_t>(grid.nX()));
-        centres.locate(j, cells);
         const std::span<const double> values = grid.row(j);
         PairSums part;
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            if (cells[i].column < 0 || cells[i].row < 0)
-                continue;
-            const double sample =
-                other.row(cells[i].row)[static_cast<std::size_t>(cells[i].column)];
+        centres.forEachIn(j, [&](std::size_t i, double sample) {
             if (!hasValue(values[i]) || !hasValue(sample))
-                continue;
+                return;
             const double x = values[i] - meanX;
             const double y = sample - meanY;
             ++part.pairs;
@@ -156,7 +150,7 @@ PairSums pairSums(const myGrid& grid, const myGrid& other, double meanX, double 
             part.xx += x * x;
             part.yy += y * y;
             part.xy += x * y;
-        }
+        });
         return part;
     };
     PairSums all;

@@ -5,6 +5,7 @@
 #include "host/curves.h"
 #include "host/host.h"
 #include "host/services_entities.h"
+#include "host/services_selection.h"
 
 #include <fmt/format.h>
 
@@ -16,7 +17,6 @@ namespace {
 using geometry::PlanarRegion;
 using host::EntityId;
 using host::Host;
-using host::PromptStatus;
 
 constexpr double kProposedPercent = 50.0;
 
@@ -37,15 +37,11 @@ std::vector<PlanarRegion> areasOf(Host& host, const std::vector<EntityId>& objec
     return areas;
 }
 
-// Empty when Enter selected none; nothing when cancelled.
-std::optional<std::vector<EntityId>> askPolygons(Host& host, const char* message) {
+std::vector<EntityId> askPolygons(Host& host, const char* message) {
     host::SelectionPrompt prompt;
     prompt.message = message;
     prompt.filter.types = {"LWPOLYLINE", "POLYLINE", "CIRCLE", "REGION"};
-    const auto selection = host.prompts().getSelection(prompt);
-    if (selection.status == PromptStatus::none)
-        return std::vector<EntityId>{};
-    return selection.ok() ? std::optional(selection.value) : std::nullopt;
+    return host::selectObjects(host, prompt);
 }
 
 std::optional<double> askPercent(Host& host) {
@@ -54,7 +50,7 @@ std::optional<double> askPercent(Host& host) {
                     base::general(kProposedPercent));
     for (;;) {
         const auto answer = host.prompts().getReal({.message = message, .allowNegative = false});
-        if (answer.status == PromptStatus::none)
+        if (answer.status == host::PromptStatus::none)
             return kProposedPercent;
         if (!answer.ok())
             return std::nullopt;
@@ -68,18 +64,14 @@ std::optional<double> askPercent(Host& host) {
 
 std::optional<GridStatistics> askPolygonStatistics(Host& host, const myGrid& grid) {
     const auto in = askPolygons(host, "\nSelect inclusion polygons:");
-    if (!in)
-        return std::nullopt;
     const auto out = askPolygons(host, "\nSelect exclusion polygons:");
-    if (!out)
-        return std::nullopt;
     const auto percent = askPercent(host);
     if (!percent)
         return std::nullopt;
-    const std::vector<PlanarRegion> inclusion = areasOf(host, *in);
-    const std::vector<PlanarRegion> exclusion = areasOf(host, *out);
-    if (inclusion.empty() && !in->empty())
-        return std::nullopt; // told already; all cells are not what was meant
+    const std::vector<PlanarRegion> inclusion = areasOf(host, in);
+    const std::vector<PlanarRegion> exclusion = areasOf(host, out);
+    if (inclusion.empty() && !in.empty())
+        return std::nullopt; // told already: all cells are not what was meant
     const auto cells = cellsOfPolygons(grid, {inclusion, exclusion, *percent});
     if (!cells) {
         host.print("\n" + cells.error().message());

@@ -8,31 +8,13 @@
 #include <atomic>
 #include <cmath>
 #include <span>
-#include <vector>
 
 namespace tessaran::index {
 namespace {
 
-using grid::CellIndex;
 using grid::myGrid;
 
 constexpr int kRowsATask = 32;
-
-// Adds the samples of one row. How many of them had no value.
-std::size_t addRow(std::span<double> sum, std::span<const CellIndex> cells, const myGrid& other,
-                   double weight) {
-    std::size_t without = 0;
-    for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (cells[i].column < 0 || cells[i].row < 0)
-            continue;
-        const double sample = other.row(cells[i].row)[static_cast<std::size_t>(cells[i].column)];
-        if (!base::hasValue(sample))
-            ++without;
-        else if (base::hasValue(sum[i]))
-            sum[i] += sample * weight;
-    }
-    return without;
-}
 
 } // namespace
 
@@ -40,11 +22,15 @@ std::size_t addSampled(myGrid& sum, const myGrid& other, double weight) {
     const grid::CentreCells centres(sum, other);
     std::atomic<std::size_t> without{0};
     base::parallelRanges(0, sum.nY(), kRowsATask, [&](int begin, int end) {
-        std::vector<CellIndex> cells(static_cast<std::size_t>(sum.nX()));
         std::size_t here = 0;
         for (int j = begin; j < end; ++j) {
-            centres.locate(j, cells);
-            here += addRow(sum.row(j), cells, other, weight);
+            const std::span<double> row = sum.row(j);
+            centres.forEachIn(j, [&](std::size_t i, double sample) {
+                const bool given = base::hasValue(sample);
+                here += given ? 0U : 1U;
+                if (given && base::hasValue(row[i]))
+                    row[i] += sample * weight;
+            });
         }
         without += here;
     });
