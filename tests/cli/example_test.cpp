@@ -73,6 +73,9 @@ TEST(Example, MapsTheIndexOntoAllOpeningsAndNothingElse) {
     for (const char* grid : {"valley", "ponds", "streams", "gob_near", "gob_far", "faults", "shale",
                              "surface", "fault_influence", "stress", "total_stress"})
         EXPECT_TRUE(run.folder().has(std::string(grid) + "_index.grd")) << grid;
+    EXPECT_THAT(run.drawing().group("ZELK Group Percentage"), SizeIs(40)) << "ten bands";
+    EXPECT_THAT(run.transcript(), HasSubstr("360 grid cells are assigned to 90.000000."));
+    EXPECT_TRUE(run.folder().has("stability_edited.grd"));
 
     // The two-seam model from the same drawing: nothing of its load is lost.
     EXPECT_THAT(run.transcript(), HasSubstr("Plekton was finished successfully!"));
