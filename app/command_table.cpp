@@ -23,10 +23,6 @@
 namespace tessaran::app {
 namespace {
 
-void notAvailableYet(host::Host& host) {
-    host.print("\nNot available yet.");
-}
-
 // In the order in which the host learns them.
 constexpr std::array kCommands{
     CommandRow{"zelk_setGrid", commandHandler<grid::zelk_setGrid>},
