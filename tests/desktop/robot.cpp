@@ -7,7 +7,9 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFileDialog>
+#include <QFocusEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
@@ -135,6 +137,10 @@ void type(DialogWindow& window, const std::string& label, const std::string& tex
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, QString::fromStdString(text));
+    // On to the next control, as Tab does; the key itself works in an active window only, and on a
+    // busy machine a new window becomes active late.
+    QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
+    QCoreApplication::sendEvent(edit, &leave);
 }
 
 void click(DialogWindow& window, const std::string& label) {
