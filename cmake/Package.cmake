@@ -1,5 +1,7 @@
 # What is installed besides the program, and the Debian package that `./dev package` builds.
 include(GNUInstallDirs)
+# Only the program is packed: nothing else has to be built for it.
+set(CMAKE_SKIP_INSTALL_ALL_DEPENDENCY ON)
 install(FILES docs/man/tessaran.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 # The pages as `./dev docs` leaves them; the window's Help menu opens them.
 install(DIRECTORY build/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL
