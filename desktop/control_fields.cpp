@@ -6,7 +6,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QStackedLayout>
+#include <QVBoxLayout>
+#include <algorithm>
 
 namespace tessaran::desktop {
 namespace {
@@ -14,6 +15,7 @@ namespace {
 using Purpose = host::DialogSession::Purpose;
 
 constexpr int kMostLabelLines = 6; // longer texts scroll
+constexpr int kWidestText = 440;   // pixels
 
 class TextView final : public ControlView {
   public:
@@ -50,6 +52,20 @@ class TextView final : public ControlView {
     QLineEdit* edit_ = new QLineEdit;
 };
 
+// A text that wraps beyond some width, and asks for all the room that it takes then: layouts in
+// scroll areas do not find out how high a text is at its width.
+class WrappedLabel final : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+    void show(const QString& text) {
+        setText(text);
+        const QSize oneLineEach = fontMetrics().size(0, text);
+        const int width = std::min(oneLineEach.width() + 4, kWidestText);
+        setMinimumSize(width, text.isEmpty() ? 0 : heightForWidth(width));
+    }
+};
+
 // A text of one line or some stands as it is, a longer one in a view that scrolls.
 class InformationView final : public ControlView {
   public:
@@ -73,7 +89,7 @@ class InformationView final : public ControlView {
     void refresh() override {
         const QString shown = text().trimmed();
         const bool isLong = shown.count('\n') >= kMostLabelLines;
-        label_->setText(isLong ? QString() : shown);
+        label_->show(isLong ? QString() : shown);
         if (pane_->toPlainText() != (isLong ? shown : QString()))
             pane_->setPlainText(isLong ? shown : QString());
         label_->setVisible(!isLong);
@@ -82,7 +98,7 @@ class InformationView final : public ControlView {
 
   private:
     QWidget* frame_ = new QWidget;
-    QLabel* label_ = new QLabel(frame_);
+    WrappedLabel* label_ = new WrappedLabel(frame_);
     QPlainTextEdit* pane_ = new QPlainTextEdit(frame_);
 };
 

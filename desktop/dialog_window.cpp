@@ -10,6 +10,7 @@
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -143,7 +144,8 @@ void DialogWindow::refresh() {
         selector_->setFront(front);
     stack_->setCurrentIndex(front);
     refreshEndButtons();
-    growToFit();
+    // Texts that have changed are laid out when control is back in the event loop.
+    QTimer::singleShot(0, this, [this] { growToFit(); });
 }
 
 void DialogWindow::refreshEndButtons() {
@@ -164,9 +166,12 @@ void DialogWindow::growToFit() {
     for (int page = 0; page < stack_->count(); ++page)
         stack_->widget(page)->updateGeometry();
     layout()->activate();
-    const QSize wanted = sizeHint().boundedTo(screen()->availableSize() * kScreenShare);
-    if (!size().expandedTo(wanted).isNull() && size().expandedTo(wanted) != size())
-        resize(size().expandedTo(wanted));
+    const QSize most = screen()->availableSize() * kScreenShare;
+    const QSize wanted = size().expandedTo(sizeHint().boundedTo(most));
+    if (wanted == size())
+        return;
+    resize(wanted);
+    QTimer::singleShot(0, this, [this] { growToFit(); }); // texts wrap anew at the new width
 }
 
 void DialogWindow::focusOn(const host::Control& control) {

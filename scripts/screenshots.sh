@@ -9,16 +9,18 @@ build=$(realpath "$1")
 [ -f "$root/out/example/stability.grd" ] || "$root/scripts/example.sh" "$build/tessaran" >/dev/null
 mkdir -p "$root/docs/manual/pictures"
 
-# In a folder of its own, whose path dialogs may show; on a screen of a usual size.
-folder=$(mktemp -d)
+# In a folder of its own, whose path dialogs show; on a screen of a usual size.
+folder=/tmp/tessaran-pictures
+rm -rf "$folder"
+mkdir "$folder"
 trap 'rm -rf "$folder"' EXIT
 mkdir "$folder/mine"
-cp "$root"/out/example/*.grd "$root"/out/example/*.prj "$folder/mine"
+cp "$root/examples/mine.dxf" "$root"/out/example/*.grd "$root"/out/example/*.prj "$folder/mine"
 cat >"$folder/screen.json" <<'JSON'
 {"screens": [{"name": "screen", "x": 0, "y": 0, "width": 1600, "height": 1000,
               "logicalDpi": 96, "logicalBaseDpi": 96, "dpr": 1}]}
 JSON
 export QT_QPA_PLATFORM=offscreen:configfile=$folder/screen.json
 cd "$folder/mine"
-"$build/tessaran_pictures" "$root/docs/manual/pictures.scr" "$root/examples/mine.dxf" \
+"$build/tessaran_pictures" "$root/docs/manual/pictures.scr" mine.dxf \
     "$root/docs/manual/pictures"

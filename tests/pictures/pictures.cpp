@@ -16,6 +16,7 @@
 #include <fmt/format.h>
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -28,7 +29,7 @@ namespace {
 using namespace tessaran;
 using desktop::DialogWindow;
 
-constexpr int kPause = 30; // milliseconds, for layouts to settle
+constexpr int kPause = 30; // milliseconds between steps
 
 bool startsWith(const std::string& line, const std::string& word, std::string& rest) {
     if (!line.starts_with(word))
@@ -71,7 +72,7 @@ class Photographer : public QObject {
     void turn() {
         arm();
         QWidget* inFront = QApplication::activeModalWidget();
-        if (inFront == nullptr)
+        if (inFront == nullptr || settling_)
             return;
         if (lines_.empty() || failed_)
             return fail("nothing left for " + inFront->windowTitle().toStdString(), inFront);
@@ -90,10 +91,20 @@ class Photographer : public QObject {
     }
 
     void take(QWidget& window, const QString& name) {
+        settle();
         const QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB888);
         const QString path = folder_ + "/" + name + ".png";
         if (!picture.save(path, "PNG", 0))
             fail("cannot write " + path.toStdString(), &window);
+    }
+
+    // Layouts follow the texts in a few turns of the event loop.
+    void settle() {
+        settling_ = true;
+        QEventLoop loop;
+        QTimer::singleShot(5 * kPause, &loop, &QEventLoop::quit);
+        loop.exec();
+        settling_ = false;
     }
 
     void answer(QMessageBox& box, const std::string& line) {
@@ -137,6 +148,7 @@ class Photographer : public QObject {
     QString folder_;
     std::deque<std::string> lines_;
     bool failed_ = false;
+    bool settling_ = false;
 };
 
 } // namespace
