@@ -11,8 +11,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
@@ -79,7 +79,7 @@ double updateBandwidth(std::size_t count, int threads) {
 void sweeps(benchmark::State& state) {
     const int n = static_cast<int>(state.range(0));
     const int threads = static_cast<int>(state.range(1));
-    const int iterations = 64'000'000 / (n * n);
+    const int iterations = std::max(64, 64'000'000 / (n * n));
     const double updates = static_cast<double>(n) * n * iterations;
     const Seam seam = seamOf(n);
     stress::SeamState fast = seam.state;
