@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -65,9 +66,15 @@ const std::string& drawingFile() {
 }
 
 // A session whose drawing is open; its window is as large as a usual screen.
+std::unique_ptr<desktop::DesktopSession>& held() {
+    static std::unique_ptr<desktop::DesktopSession> session;
+    return session;
+}
+
 desktop::DesktopSession& session() {
-    static desktop::DesktopSession made{desktop::DesktopSession::Options{}};
-    return made;
+    if (!held())
+        held() = std::make_unique<desktop::DesktopSession>(desktop::DesktopSession::Options{});
+    return *held();
 }
 
 void openDrawing() {
@@ -196,6 +203,11 @@ void gridAsColours(benchmark::State& state) {
 BENCHMARK(gridAsColours)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
+
+void closeSession() {
+    held().reset();
+}
+
 } // namespace tessaran
 
 int main(int argc, char** argv) {
@@ -204,5 +216,6 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
+    tessaran::closeSession(); // before the application
     return 0;
 }

@@ -125,6 +125,12 @@ Box2 PainterCanvas::trace(const Curve& curve) {
     return box;
 }
 
+// Whether it is nothing but a line of one pixel in the entity's colour.
+bool PainterCanvas::isPlain(const Pen& pen, double width) const {
+    return style_.lines && !style_.smooth && !style_.colour && pen.dashes == nullptr &&
+           width <= style_.hairline && style_.hairline <= 1.0 && style_.least <= 1.0;
+}
+
 void PainterCanvas::strokeCut(bool closed) {
     if (closed)
         points_.push_back(points_.front());
@@ -141,6 +147,12 @@ void PainterCanvas::curve(const Curve& curve, const Pen& pen) {
         return point(curve.vertices().front().at.plan(), pen);
     const Box2 box = trace(curve);
     const double width = std::min(pen.width * map_.scale, kSafe);
+    if (isPlain(pen, width)) {
+        if (curve.closed())
+            points_.push_back(points_.front());
+        return style_.lines.polyline(points_,
+                                     rgbOf(drawing::shownColour(pen.colour, style_.background)));
+    }
     usePen(pen, width, pen.dashes == nullptr ? 0.0 : curve.length());
     const bool wide = width > style_.hairline;
     if (!wide && box.width() < 1.0 && box.height() < 1.0)

@@ -2,6 +2,7 @@
 
 // The drawing's walk painted by Qt: the window's picture and what is laid over it.
 
+#include "desktop/hairline.h"
 #include "drawing/canvas.h"
 #include "drawing/colour_table.h"
 #include "drawing/page_map.h"
@@ -23,6 +24,7 @@ struct PaintStyle {
     std::optional<QColor> colour{};    // instead of each entity's own
     Qt::PenStyle line = Qt::SolidLine; // of hairlines
     double least = 0.0;                // no line thinner than this, pixels
+    Hairline lines{}; // draws plain thin lines in the painter's image; none: the painter does
 };
 
 // Arcs are drawn by chords that stay within a tenth of a pixel; steps too short to be seen are
@@ -45,6 +47,7 @@ class PainterCanvas final : public drawing::Canvas {
     // The curve's chords on the page, in points_; their box.
     geometry::Box2 trace(const geometry::Curve& curve);
     void addArc(const geometry::Segment& segment);
+    bool isPlain(const drawing::Pen& pen, double width) const;
     void strokeCut(bool closed);
     void cellOutlines(const host::CellPatch& patch);
 

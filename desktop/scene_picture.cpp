@@ -47,11 +47,12 @@ void ScenePicture::forget() {
     entities_.clear();
 }
 
-void ScenePicture::paint(QPainter& painter, Clock::time_point until) {
+void ScenePicture::paint(QPainter& painter, const Hairline& lines, Clock::time_point until) {
     PainterCanvas canvas(painter, next_.map(),
                          {.background = next_.background,
                           .hairline = std::max(1.0, std::floor(next_.ratio)),
-                          .smooth = entities_.size() <= kMostSmooth});
+                          .smooth = entities_.size() <= kMostSmooth,
+                          .lines = lines});
     while (done_ < entities_.size()) {
         drawing::drawEntity(*next_.database, *entities_[done_], drawing::Visibility::shown, canvas);
         if (++done_ % kBetweenLooks == 0 && Clock::now() >= until)
@@ -67,8 +68,9 @@ bool ScenePicture::work(std::chrono::milliseconds budget) {
         return false;
     }
     const auto start = Clock::now();
+    const Hairline lines(canvas_);
     QPainter painter(&canvas_);
-    paint(painter, start + budget);
+    paint(painter, lines, start + budget);
     painter.end();
     spent_ += Clock::now() - start;
     if (done_ < entities_.size())

@@ -47,7 +47,8 @@ class ScenePicture {
     std::chrono::milliseconds took() const { return took_; }
 
   private:
-    void paint(QPainter& painter, std::chrono::steady_clock::time_point until);
+    void paint(QPainter& painter, const Hairline& lines,
+               std::chrono::steady_clock::time_point until);
 
     QImage image_;
     PictureKey key_;

@@ -115,6 +115,25 @@ TEST(WindowView, ThePictureAtRestIsTheOneOfAFreshView) {
     EXPECT_EQ(different, 0);
 }
 
+TEST(WindowView, HairlinesReachTheirEndsAndStayInTheImage) {
+    const auto drawn = [](std::vector<QPointF> points) {
+        QImage image(5, 4, QImage::Format_RGB32);
+        image.fill(Qt::black);
+        desktop::Hairline(image).polyline(points, qRgb(255, 255, 255));
+        std::string out;
+        for (int y = 0; y < 4; ++y)
+            for (int x = 0; x < 5; ++x)
+                out += image.pixelColor(x, y) == Qt::white ? '#' : '.';
+        return out;
+    };
+    EXPECT_EQ(drawn({{0.5, 1.5}, {4.5, 1.5}}), ".....#####..........");
+    EXPECT_EQ(drawn({{3.5, 3.5}, {0.5, 0.5}}), "#.....#.....#.....#.");
+    EXPECT_EQ(drawn({{1.2, 2.7}}), "...........#........");
+    EXPECT_EQ(drawn({{2.5, -100}, {2.5, 1e6}}), "..#....#....#....#..");
+    EXPECT_EQ(drawn({{-9, 2.5}, {2.5, 2.5}, {2.5, -9}}), "..#....#..###.......");
+    EXPECT_EQ(drawn({{-5, -5}, {-1, 20}}), "....................");
+}
+
 TEST(WindowView, ACellPatchShowsItsColoursWhereTheCellsLie) {
     User user;
     host::CellPatch patch{
