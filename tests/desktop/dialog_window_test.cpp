@@ -68,7 +68,7 @@ TEST_F(DialogWindowTest, TakesATypedValueWhenTheFieldIsLeftAndRecordsIt) {
         b.button("< &Build", [](DialogSession&) {});
     });
     robot.dialog("Test", [&](DialogWindow& window) {
-        type(window, "Cell Width", "12.50");
+        beginTyping(window, "Cell Width", "12.50");
         EXPECT_EQ(width, 10.0);
         click(window, "Build");
         EXPECT_EQ(width, 12.5);

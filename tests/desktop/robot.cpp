@@ -126,21 +126,35 @@ void Robot::giveUp(QWidget* inFront) {
     inFront->close();
 }
 
-void type(DialogWindow& window, const std::string& label, const std::string& text) {
+namespace {
+
+// The field, or that of a box which takes any text.
+QLineEdit* fieldOf(DialogWindow& window, const std::string& label) {
     QWidget* widget = named<QWidget>(window, label);
     if (auto* box = qobject_cast<QComboBox*>(widget))
         widget = box->lineEdit();
-    auto* edit = qobject_cast<QLineEdit*>(widget);
+    return qobject_cast<QLineEdit*>(widget);
+}
+
+} // namespace
+
+void beginTyping(DialogWindow& window, const std::string& label, const std::string& text) {
+    QLineEdit* edit = fieldOf(window, label);
     if (edit == nullptr)
         return;
     edit->setFocus();
     edit->selectAll();
     QTest::keyClick(edit, Qt::Key_Delete);
     QTest::keyClicks(edit, QString::fromStdString(text));
+}
+
+void type(DialogWindow& window, const std::string& label, const std::string& text) {
+    beginTyping(window, label, text);
     // On to the next control, as Tab does; the key itself works in an active window only, and on a
     // busy machine a new window becomes active late.
     QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
-    QCoreApplication::sendEvent(edit, &leave);
+    if (QLineEdit* edit = fieldOf(window, label))
+        QCoreApplication::sendEvent(edit, &leave);
 }
 
 void click(DialogWindow& window, const std::string& label) {

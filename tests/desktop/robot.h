@@ -49,6 +49,9 @@ class Robot : public QObject {
 };
 
 // --- what a user does in a dialog, by labels
+// Types without leaving the field.
+void beginTyping(desktop::DialogWindow& window, const std::string& label, const std::string& text);
+// Types and goes on to the next control.
 void type(desktop::DialogWindow& window, const std::string& label, const std::string& text);
 void click(desktop::DialogWindow& window, const std::string& label);
 void choose(desktop::DialogWindow& window, const std::string& label, const std::string& choice);
