@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Makes the manual's pictures of the dialogs, without a screen, on the example mine:
+# Makes the manual's pictures of the dialogs and the window, without a screen, on the example mine:
 # scripts/screenshots.sh BUILD_FOLDER
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -24,3 +24,4 @@ export QT_QPA_PLATFORM=offscreen:configfile=$folder/screen.json
 cd "$folder/mine"
 "$build/tessaran_pictures" "$root/docs/manual/pictures.scr" mine.dxf \
     "$root/docs/manual/pictures"
+"$build/tessaran_pictures" --window mine.dxf "$root/docs/manual/pictures/window.png"

@@ -1,7 +1,12 @@
-// Makes the manual's pictures of dialogs: runs a script whose comments "; picture NAME" save what
-// is in front as NAME.png.
+// Makes the manual's pictures.
 //
 //     tessaran_pictures SCRIPT DRAWING FOLDER
+//
+// Of dialogs: runs a script whose comments "; picture NAME" save what is in front as NAME.png.
+//
+//     tessaran_pictures --window DRAWING PICTURE
+//
+// Of the window as it opens on the drawing.
 //
 // Lines are those of any script: commands, answers to prompts before the command that asks them
 // (behind "; answer "), directives. Nothing is written but the pictures.
@@ -10,6 +15,7 @@
 #include "base/text.h"
 #include "console/dialog_lines.h"
 #include "console/drawing_files.h"
+#include "desktop/desktop_session.h"
 #include "desktop/dialog_bench.h"
 #include "desktop/dialog_window.h"
 
@@ -151,9 +157,29 @@ class Photographer : public QObject {
     bool settling_ = false;
 };
 
+// The window as it opens on the drawing.
+int takeWindow(const std::string& drawing, const QString& path) {
+    test::application();
+    desktop::DesktopSession session({});
+    session.window().resize(1280, 860);
+    bool saved = false;
+    QTimer::singleShot(100 * kPause, &session.window(), [&] {
+        saved = session.window()
+                    .grab()
+                    .toImage()
+                    .convertToFormat(QImage::Format_RGB888)
+                    .save(path, "PNG", 0);
+        session.window().close();
+    });
+    session.run(drawing);
+    return saved ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 4 && std::string(argv[1]) == "--window")
+        return takeWindow(argv[2], argv[3]);
     if (argc != 4) {
         fmt::print(stderr, "usage: tessaran_pictures SCRIPT DRAWING FOLDER\n");
         return 2;
