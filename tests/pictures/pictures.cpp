@@ -159,7 +159,6 @@ class Photographer : public QObject {
 
 // The window as it opens on the drawing.
 int takeWindow(const std::string& drawing, const QString& path) {
-    test::application();
     desktop::DesktopSession session({});
     session.window().resize(1280, 860);
     bool saved = false;
@@ -178,6 +177,8 @@ int takeWindow(const std::string& drawing, const QString& path) {
 } // namespace
 
 int main(int argc, char** argv) {
+    test::application();
+    QApplication::setCursorFlashTime(0); // the same picture every time
     if (argc == 4 && std::string(argv[1]) == "--window")
         return takeWindow(argv[2], argv[3]);
     if (argc != 4) {
