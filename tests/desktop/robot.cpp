@@ -49,6 +49,8 @@ Robot& Robot::dialog(const std::string& title, InDialog act) {
                           if (window == nullptr ||
                               (!title.empty() && window->windowTitle().toStdString() != title))
                               return false;
+                          if (!window->isActiveWindow()) // keys go nowhere yet
+                              return false;
                           act(*window);
                           return true;
                       }});
