@@ -2,6 +2,8 @@
 
 #include "base/tolerance.h"
 
+#include <fmt/format.h>
+
 namespace tessaran::grid {
 
 namespace {
@@ -82,6 +84,23 @@ void CellMarkers::update(CellIndex cell) {
         mark = graphics_.showCells(*patch_);
     } else {
         mark = showCell(cell);
+    }
+}
+
+std::optional<CellIndex> pickCell(host::Host& host, const myGrid& grid,
+                                  const std::string& message) {
+    for (;;) {
+        host.graphics().redraw();
+        host::PointPrompt prompt;
+        prompt.message = message;
+        const auto picked = host.prompts().getPoint(prompt);
+        if (!picked.ok())
+            return std::nullopt;
+        const CellIndex cell = grid.pointToCell(host.coordinates().toWorld(picked.value).plan());
+        if (cell.column >= 0 && cell.row >= 0)
+            return cell;
+        host.print(fmt::format("\nSorry,this point ({:f},{:f}) is outside the grid!",
+                               picked.value.x, picked.value.y));
     }
 }
 

@@ -3,10 +3,11 @@
 // Temporary marks of a grid's cells, coloured by what stands in them.
 
 #include "grid/my_grid.h"
-#include "host/graphics.h"
+#include "host/host.h"
 
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tessaran::grid {
@@ -42,5 +43,9 @@ class CellMarkers {
     std::vector<host::GraphicId> marks_; // one a cell, rows outer; or the one of all cells
     std::optional<host::CellPatch> patch_;
 };
+
+// The cell under a picked point, asked for until one lies in the grid; a point outside is told.
+// Nothing when the user ends it. What was drawn before is shown first.
+std::optional<CellIndex> pickCell(host::Host& host, const myGrid& grid, const std::string& message);
 
 } // namespace tessaran::grid

@@ -297,20 +297,9 @@ void CSeamTab::editCells(DialogSession& session) {
     const DialogSession::Hidden hidden(session);
     grid::CellMarkers markers(host.graphics(), grid_, colourOfSeamCell,
                               grid::CellMarkers::Style::filled);
-    for (;;) {
-        host.graphics().redraw();
-        host::PointPrompt prompt;
-        prompt.message = "\nSelect a point in the cell to change:";
-        const auto picked = host.prompts().getPoint(prompt);
-        if (!picked.ok())
-            return;
-        const grid::CellIndex cell =
-            grid_.pointToCell(host.coordinates().toWorld(picked.value).plan());
-        if (cell.column < 0 || cell.row < 0) {
-            host.print(fmt::format("\nSorry,this point ({:f},{:f}) is outside the grid!",
-                                   picked.value.x, picked.value.y));
-            continue;
-        }
+    while (const auto picked =
+               grid::pickCell(host, grid_, "\nSelect a point in the cell to change:")) {
+        const grid::CellIndex cell = *picked;
         const double next = nextSeamCell(grid_.getValue(cell.column, cell.row));
         grid_.setValue(cell.column, cell.row, next);
         host.print(fmt::format("\nCell({},{}) is change to {}!", cell.column + 1, cell.row + 1,
