@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <optional>
 
 namespace tessaran::factors {
@@ -15,12 +14,13 @@ namespace {
 using geometry::Vector2;
 
 constexpr std::size_t kFewestLines = 4;
-constexpr double kRightAngle = 1e-9;  // angles this near a right one count as right, radians
-constexpr double kSquareSlack = 1e-9; // of a cell width, so that rounding loses no touching line
-constexpr int kMostSteps = 200;       // through the index; then the rest is gone through as a whole
-constexpr double kReachOfNext = 1.1;  // of the reach that a cell needed, for the one after it
-constexpr double kFar = std::numeric_limits<double>::infinity();
-constexpr double kBoundSlack = 1.0 + 1e-12; // a run's extents may be rounded away from its segments
+constexpr double kRightAngle = 1e-9;   // angles this near a right one count as right, radians
+constexpr double kSquareSlack = 1e-9;  // of a cell width, so that rounding loses no touching line
+constexpr std::size_t kFewLines = 24;  // whose closest points are all looked for
+constexpr double kWidening = 1.5;      // of the reach, where it was too short
+constexpr int kMostRounds = 12;        // of widening, and
+constexpr std::size_t kMostRuns = 300; // met; then all lines that count are gone through
+constexpr double kReachOfNext = 1.1;   // of the reach that a cell needed, for the one after it
 
 double lengthOf(Vector2 v) {
     return std::sqrt(geometry::dot(v, v));
@@ -30,28 +30,31 @@ double lengthOf(Vector2 v) {
 class CellContours {
   public:
     CellContours(const ContourLines& lines, const ContourSearch& search, double cellWidth)
-        : lines_(lines), search_(search), width_(cellWidth), runs_(lines.runIndex()),
-          takenFor_(lines.size(), 0), reach_(cellWidth) {}
+        : lines_(lines), search_(search), width_(cellWidth), closest_(lines.size()),
+          bests_(lines.size()), reach_(cellWidth) {}
 
     std::optional<double> at(Point2 p) {
         const std::optional<double> half = halfSize(p);
         if (!half)
             return std::nullopt;
-        place_ = p;
-        square_ = Box2{p, p}.enlarged(*half + kSquareSlack * width_);
-        begin();
-        const std::optional<ContourPoint> nearest = first();
-        if (!nearest)
-            return std::nullopt;
-        const std::optional<ContourPoint> partner = partnerOf(*nearest);
-        if (partner && steps_ <= kMostSteps)
-            reach_ = kReachOfNext * std::sqrt(partner->squared) + width_;
-        return valueBetween(*nearest, partner) - search_.datum;
+        begin(p, *half);
+        std::optional<Pair> pair;
+        if (counting_.size() > kFewLines)
+            pair = pairNearby();
+        if (!pair)
+            pair = pairOfAll();
+        return valueBetween(*pair) - search_.datum;
     }
 
   private:
-    // The half size at which enough lines are met; nothing when the limit comes first.
-    std::optional<double> halfSize(Point2 p) const {
+    struct Pair {
+        ContourPoint nearest;
+        std::optional<ContourPoint> partner; // nothing where all lines are of one value
+    };
+
+    // The half size at which enough lines are met; nothing when the limit comes first. Looked for
+    // from the cell before on, whose half size is mostly the same.
+    std::optional<double> halfSize(Point2 p) {
         const auto enough = [&](double steps) {
             const Box2 square = Box2{p, p}.enlarged((steps + kSquareSlack) * width_);
             return lines_.extentsIndex().anyMeet(square, kFewestLines);
@@ -60,122 +63,111 @@ class CellContours {
         if (!(most >= 1.0) || lines_.size() < kFewestLines)
             return std::nullopt;
         double low = 0.0; // not enough
-        double high = 1.0;
-        while (!enough(high)) {
+        double high = std::min(halfSteps_, most);
+        double stride = 1.0;
+        for (; !enough(high); stride *= 2.0) {
             if (high >= most)
                 return std::nullopt;
             low = high;
-            high = std::min(2.0 * high, most);
+            high = std::min(high + stride, most);
         }
+        for (; low == 0.0 && high - stride > 0.0; stride *= 2.0)
+            (enough(high - stride) ? high : low) = high - stride;
         while (high - low > 1.0) {
             const double middle = std::floor(0.5 * (low + high));
             (enough(middle) ? high : low) = middle;
         }
+        halfSteps_ = high;
         return high * width_;
     }
 
-    // --- lines one by one, the nearest first ----------------------------------------------------
-
-    void begin() {
-        waiting_.clear();
-        collectNear();
-        nearOnly_ = true;
-        steps_ = 0;
+    void begin(Point2 p, double half) {
         ++cell_;
-    }
-
-    // The runs within the distance at which the cell before found what it needed: nearly always
-    // enough, and cheaper than opening the index run by run.
-    void collectNear() {
-        near_.clear();
-        searched_ = reach_ * reach_;
-        lines_.runIndex().forEach(Box2{place_, place_}.enlarged(reach_), [&](std::size_t run) {
-            const double squared = geometry::distanceSquared(place_, lines_.runExtents(run));
-            if (squared <= searched_)
-                near_.push_back({squared, static_cast<std::uint32_t>(run)});
+        place_ = p;
+        square_ = Box2{p, p}.enlarged(half + kSquareSlack * width_);
+        counting_.clear();
+        lines_.extentsIndex().forEach(square_, [&](std::size_t line) {
+            counting_.push_back(static_cast<std::uint32_t>(line));
         });
-        std::make_heap(near_.begin(), near_.end());
     }
 
-    // No run still to come is nearer than this, squared; infinite where none is to come.
-    double nextBound() const {
-        if (!nearOnly_)
-            return runs_.atEnd() ? kFar : runs_.boundSquared();
-        return near_.empty() ? searched_ : near_.front().squared;
-    }
+    // --- the pair among the lines nearby --------------------------------------------------------
 
-    // Looks at the next run, or goes a step towards it; not when none is to come.
-    void advance() {
-        if (!nearOnly_) {
-            if (const std::size_t run = runs_.step(); run != runs_.kOnTheWay)
-                lookAtRun(run);
-            return;
-        }
-        if (near_.empty()) { // runs looked at twice do no harm: their lines are taken once
-            nearOnly_ = false;
-            runs_.start(place_);
-            return;
-        }
-        std::pop_heap(near_.begin(), near_.end());
-        const std::size_t run = near_.back().run;
-        near_.pop_back();
-        lookAtRun(run);
-    }
-
-    bool taken(std::size_t line) const { return takenFor_[line] == cell_; }
-    bool counts(std::size_t line) const {
-        return !taken(line) && lines_.extents(line).meets(square_);
-    }
-
-    static bool later(const ContourPoint& a, const ContourPoint& b) { return b.before(a); }
-
-    void lookAtRun(std::size_t run) {
-        const std::uint32_t line = lines_.lineOfRun(run);
-        if (!counts(line))
-            return;
-        ContourPoint point{{}, kFar, line, 0};
-        lines_.nearestOfRun(run, place_, point);
-        waiting_.push_back(point);
-        std::push_heap(waiting_.begin(), waiting_.end(), later);
-    }
-
-    std::optional<ContourPoint> first() {
-        if (const auto next = takeNext())
-            return next;
-        const auto nearest = nearestOfRest([](const Box2&) { return true; },
-                                           [](const ContourPoint&) { return true; });
-        if (nearest)
-            takenFor_[nearest->line] = cell_;
-        return nearest;
-    }
-
-    // Nothing when there are no more, or when lines that do not count stand in the way for long.
-    std::optional<ContourPoint> takeNext() {
-        for (;;) {
-            while (!waiting_.empty() && taken(waiting_.front().line))
-                dropFirst();
-            const double known = waiting_.empty() ? kFar : waiting_.front().squared * kBoundSlack;
-            if (const double bound = nextBound(); bound < kFar && bound <= known) {
-                if (++steps_ > kMostSteps)
-                    return std::nullopt;
-                advance();
-                continue;
+    // Nothing where the partner is far, or lines that do not count stand in the way. The first
+    // reach is that which the cell before needed, and is nearly always enough.
+    std::optional<Pair> pairNearby() {
+        touched_.clear();
+        searched_ = -1.0;
+        met_ = 0;
+        double reach = reach_;
+        for (int round = 0; round < kMostRounds && met_ < kMostRuns; ++round) {
+            searchTo(reach);
+            if (std::optional<Pair> pair = pairOfTouched()) {
+                reach_ = kReachOfNext * std::sqrt(pair->partner->squared) + width_;
+                return pair;
             }
-            if (waiting_.empty())
-                return std::nullopt;
-            const ContourPoint next = waiting_.front();
-            dropFirst();
-            takenFor_[next.line] = cell_;
-            return next;
+            reach *= kWidening;
         }
+        return std::nullopt;
     }
 
-    void dropFirst() {
-        std::pop_heap(waiting_.begin(), waiting_.end(), later);
-        waiting_.pop_back();
+    // Looks at all runs that reach into the circle and did not into the one before.
+    void searchTo(double reach) {
+        const double squaredReach = reach * reach;
+        lines_.runIndex().forEach(Box2{place_, place_}.enlarged(reach), [&](std::size_t run) {
+            const double squared = geometry::distanceSquared(place_, lines_.runExtents(run));
+            if (squared > searched_ && squared <= squaredReach) {
+                ++met_;
+                lookAtRun(run, squared);
+            }
+        });
+        searched_ = squaredReach;
     }
 
-    // --- the partner ----------------------------------------------------------------------------
+    void lookAtRun(std::size_t run, double squared) {
+        const std::uint32_t line = lines_.lineOfRun(run);
+        Best& best = bests_[line];
+        if (best.cell != cell_)
+            best = {startOfLine(line), cell_};
+        if (squared > best.point.squared * kBoundSlack)
+            return;
+        lines_.nearestOfRun(run, place_, best.point);
+    }
+
+    // A line that does not count is one that nothing can be nearer than.
+    ContourPoint startOfLine(std::uint32_t line) {
+        if (!lines_.extents(line).meets(square_))
+            return {{}, -1.0, line, 0};
+        touched_.push_back(line);
+        return {{}, kFar, line, 0};
+    }
+
+    // Points within what was searched are their lines' closest ones; those beyond are not yet.
+    std::optional<Pair> pairOfTouched() const {
+        const ContourPoint* nearest = nullptr;
+        for (const std::uint32_t line : touched_)
+            if (const ContourPoint& point = bests_[line].point; !nearest || point.before(*nearest))
+                nearest = &point;
+        if (!nearest)
+            return std::nullopt;
+        const ContourPoint* partner = nullptr;
+        for (const std::uint32_t line : touched_)
+            if (const ContourPoint& point = bests_[line].point;
+                point.squared * kBoundSlack <= searched_ && &point != nearest &&
+                (!partner || point.before(*partner)) && acrossFrom(*nearest, point))
+                partner = &point;
+        if (!partner)
+            return std::nullopt;
+        return Pair{*nearest, *partner};
+    }
+
+    // --- the pair among all lines that count ----------------------------------------------------
+
+    Pair pairOfAll() {
+        const auto nearest = nearestOfAll([](const Box2&) { return true; },
+                                          [](const ContourPoint&) { return true; });
+        return {*nearest, partnerOf(*nearest)};
+    }
 
     bool acrossFrom(const ContourPoint& nearest, const ContourPoint& other) const {
         const Vector2 a = nearest.at.plan() - place_;
@@ -187,17 +179,10 @@ class CellContours {
     }
 
     std::optional<ContourPoint> partnerOf(const ContourPoint& nearest) {
-        std::optional<ContourPoint> ofOtherValue;
-        while (const std::optional<ContourPoint> next = takeNext()) {
-            if (acrossFrom(nearest, *next))
-                return next;
-            if (!ofOtherValue && differs(nearest, *next))
-                ofOtherValue = next;
-        }
         // Only a line that reaches across can have its closest point there.
         const Vector2 toward = nearest.at.plan() - place_;
         const double least = kRightAngle * lengthOf(toward);
-        const auto across = nearestOfRest(
+        const auto across = nearestOfAll(
             [&](const Box2& box) {
                 const Vector2 low = box.low - place_;
                 const Vector2 high = box.high - place_;
@@ -206,32 +191,44 @@ class CellContours {
                 return x + y <= least * (std::abs(low.x) + std::abs(low.y) + std::abs(high.x) +
                                          std::abs(high.y));
             },
-            [&](const ContourPoint& point) { return acrossFrom(nearest, point); });
-        if (across || ofOtherValue)
-            return across ? across : ofOtherValue;
-        return nearestOfRest([](const Box2&) { return true; },
-                             [&](const ContourPoint& point) { return differs(nearest, point); });
+            [&](const ContourPoint& point) {
+                return point.line != nearest.line && acrossFrom(nearest, point);
+            });
+        if (across)
+            return across;
+        return nearestOfAll([](const Box2&) { return true; },
+                            [&](const ContourPoint& point) {
+                                return point.line != nearest.line && differs(nearest, point);
+                            });
     }
 
-    // The nearest point that is `wanted`, of the lines not taken yet whose extents `may` hold one.
+    // The nearest of the lines' closest points that is `wanted`, of lines whose extents `may` hold
+    // one.
     template <class May, class Wanted>
-    std::optional<ContourPoint> nearestOfRest(const May& may, const Wanted& wanted) const {
+    std::optional<ContourPoint> nearestOfAll(const May& may, const Wanted& wanted) {
         std::optional<ContourPoint> best;
-        lines_.extentsIndex().forEach(square_, [&](std::size_t line) {
+        for (const std::uint32_t line : counting_) {
             const Box2& box = lines_.extents(line);
-            if (taken(line) || !may(box) ||
+            if (!may(box) ||
                 (best && geometry::distanceSquared(place_, box) > best->squared * kBoundSlack))
-                return;
-            ContourPoint point{{}, kFar, 0, 0};
-            lines_.nearestOfLine(line, place_, point);
+                continue;
+            const ContourPoint& point = closestOf(line);
             if (wanted(point) && (!best || point.before(*best)))
                 best = point;
-        });
+        }
         return best;
     }
 
-    double valueBetween(const ContourPoint& nearest,
-                        const std::optional<ContourPoint>& partner) const {
+    // Looked for once a cell, from where it was for the cell before on.
+    const ContourPoint& closestOf(std::uint32_t line) {
+        Best& closest = closest_[line];
+        if (closest.cell != cell_)
+            closest = {lines_.closestOfLine(line, place_, closest.point.segment), cell_};
+        return closest.point;
+    }
+
+    double valueBetween(const Pair& pair) const {
+        const auto& [nearest, partner] = pair;
         const double toNearest = std::sqrt(nearest.squared);
         if (!partner || toNearest < base::kTolerance)
             return nearest.at.z;
@@ -242,25 +239,24 @@ class CellContours {
         return acrossFrom(nearest, *partner) ? nearest.at.z + rise : nearest.at.z - rise;
     }
 
+    // A line's point for a cell.
+    struct Best {
+        ContourPoint point;
+        std::uint32_t cell = 0;
+    };
+
     const ContourLines& lines_;
     const ContourSearch& search_;
     double width_;
-    // A run by the distance of its extents; as the heap's order the nearest first.
-    struct NearRun {
-        double squared;
-        std::uint32_t run;
-        friend bool operator<(const NearRun& a, const NearRun& b) { return a.squared > b.squared; }
-    };
-
-    geometry::BoxesByDistance runs_;
-    std::vector<NearRun> near_;           // a heap
-    bool nearOnly_ = true;                // whether the index is not asked yet
-    std::vector<ContourPoint> waiting_;   // a heap, the nearest first
-    std::vector<std::uint32_t> takenFor_; // number of the cell that a line was last taken for
+    std::vector<std::uint32_t> counting_; // the lines whose extents meet the square
+    std::vector<Best> closest_;           // a line's closest point
+    std::vector<Best> bests_;             // the same of the runs met only
+    std::vector<std::uint32_t> touched_;  // lines that count and were met for this cell
     std::uint32_t cell_ = 0;
-    int steps_ = 0;
-    double reach_;          // how far near_ is collected
-    double searched_ = 0.0; // its square for this cell
+    std::size_t met_ = 0;    // runs
+    double halfSteps_ = 1.0; // the half size that the cell before needed, in cell widths
+    double reach_;           // how far the cell before had to look
+    double searched_ = 0.0;  // squared, for this cell
     Point2 place_;
     Box2 square_;
 };

@@ -3,7 +3,6 @@
 #include "geometry/segment.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace tessaran::factors {
 namespace {
@@ -62,7 +61,7 @@ void ContourLines::addRun(std::uint32_t firstVertex, std::uint32_t segments) {
     runs_.push_back(run);
 }
 
-Point3 ContourLines::closestOn(const Vertex& a, const Vertex& b, Point2 p) const {
+inline Point3 ContourLines::closestOn(const Vertex& a, const Vertex& b, Point2 p) const {
     if (a.bulge != 0.0) {
         const geometry::Segment arc({a.x, a.y}, {b.x, b.y}, a.bulge);
         const double share = arc.closestShare(p);
@@ -86,16 +85,23 @@ void ContourLines::nearestOfRun(std::size_t run, Point2 p, ContourPoint& best) c
     for (std::uint32_t k = r.firstVertex; k < r.firstVertex + r.segments; ++k) {
         const Point3 at = closestOn(vertices_[k], vertices_[k + 1], p);
         const geometry::Vector2 away = at.plan() - p;
-        const double squared = geometry::dot(away, away);
-        if (squared < best.squared)
-            best = {at, squared, r.line, k};
+        const ContourPoint point{at, geometry::dot(away, away), r.line, k};
+        if (point.before(best))
+            best = point;
     }
 }
 
-void ContourLines::nearestOfLine(std::size_t line, Point2 p, ContourPoint& best) const {
-    for (std::uint32_t run = lines_[line].firstRun; run < lines_[line].endRun; ++run)
-        if (geometry::distanceSquared(p, runs_[run].extents) <= best.squared)
+ContourPoint ContourLines::closestOfLine(std::uint32_t line, Point2 p, std::uint32_t guess) const {
+    const auto [first, end, extents] = lines_[line];
+    ContourPoint best{{}, kFar, line, 0};
+    if (first == end)
+        return best;
+    if (const std::uint32_t from = runs_[first].firstVertex; guess > from)
+        nearestOfRun(std::min(first + (guess - from) / kSegmentsOfRun, end - 1), p, best);
+    for (std::uint32_t run = first; run < end; ++run)
+        if (geometry::distanceSquared(p, runs_[run].extents) <= best.squared * kBoundSlack)
             nearestOfRun(run, p, best);
+    return best;
 }
 
 std::vector<double> valuesOfLabels(std::span<const geometry::Curve> contours,
@@ -107,15 +113,17 @@ std::vector<double> valuesOfLabels(std::span<const geometry::Curve> contours,
         places.push_back(frame.fromWorld(label.at));
     std::vector<double> values;
     values.reserve(contours.size());
-    for (std::size_t line = 0; line < lines.size(); ++line) {
-        ContourPoint best{{}, std::numeric_limits<double>::infinity(), 0, 0};
+    for (std::uint32_t line = 0; line < lines.size(); ++line) {
+        double least = kFar;
         std::size_t nearest = 0;
         for (std::size_t k = 0; k < places.size(); ++k) {
-            const double before = best.squared;
-            if (geometry::distanceSquared(places[k], lines.extents(line)) < before)
-                lines.nearestOfLine(line, places[k], best);
-            if (best.squared < before)
+            if (!(geometry::distanceSquared(places[k], lines.extents(line)) < least))
+                continue;
+            if (const double squared = lines.closestOfLine(line, places[k]).squared;
+                squared < least) {
+                least = squared;
                 nearest = k;
+            }
         }
         values.push_back(labels[nearest].value);
     }

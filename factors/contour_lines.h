@@ -1,6 +1,6 @@
 #pragma once
 
-// Contour lines in a grid's own frame, with an index that gives the nearest ones first.
+// Contour lines in a grid's own frame, with indexes over whole lines and over short runs of them.
 
 #include "geometry/box_index.h"
 #include "geometry/curve.h"
@@ -8,6 +8,7 @@
 #include "grid/cells_near.h"
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -16,6 +17,10 @@ namespace tessaran::factors {
 using geometry::Box2;
 using geometry::Point2;
 using grid::GridFrame;
+
+inline constexpr double kFar = std::numeric_limits<double>::infinity();
+// On squared distances, as extents may be rounded away from what they hold.
+inline constexpr double kBoundSlack = 1.0 + 1e-12;
 
 // Where a line comes closest to a place.
 struct ContourPoint {
@@ -44,8 +49,9 @@ class ContourLines {
     std::uint32_t lineOfRun(std::size_t run) const { return runs_[run].line; }
     // Makes `best` the run's closest point to p where that is nearer.
     void nearestOfRun(std::size_t run, Point2 p, ContourPoint& best) const;
-    // The same for the whole line.
-    void nearestOfLine(std::size_t line, Point2 p, ContourPoint& best) const;
+    // The whole line's closest point; soonest found where it is near the `guess`, a segment of any
+    // line.
+    ContourPoint closestOfLine(std::uint32_t line, Point2 p, std::uint32_t guess = 0) const;
 
   private:
     struct Line {

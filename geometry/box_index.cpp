@@ -82,31 +82,4 @@ bool BoxIndex::anyMeet(const Box2& box, std::size_t count) const {
     return false;
 }
 
-void BoxesByDistance::start(Point2 point) {
-    point_ = point;
-    heap_.clear();
-    if (!index_.levels_.empty())
-        push(index_.levels_.size() - 1, 0);
-}
-
-void BoxesByDistance::push(std::size_t level, std::size_t group) {
-    const std::vector<Box2>& boxes = index_.levels_[level];
-    const std::size_t end = std::min(boxes.size(), (group + 1) * BoxIndex::kFanOut);
-    for (std::size_t k = group * BoxIndex::kFanOut; k < end; ++k) {
-        heap_.push_back({distanceSquared(point_, boxes[k]), static_cast<std::uint32_t>(level),
-                         static_cast<std::uint32_t>(k)});
-        std::push_heap(heap_.begin(), heap_.end());
-    }
-}
-
-std::size_t BoxesByDistance::step() {
-    const Node nearest = heap_.front();
-    std::pop_heap(heap_.begin(), heap_.end());
-    heap_.pop_back();
-    if (nearest.level == 0)
-        return index_.items_[nearest.number];
-    push(nearest.level - 1, nearest.number);
-    return kOnTheWay;
-}
-
 } // namespace tessaran::geometry

@@ -5,8 +5,8 @@
 
 #include "geometry/point.h"
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <span>
 #include <vector>
 
@@ -32,7 +32,6 @@ class BoxIndex {
     bool anyMeet(const Box2& box, std::size_t count) const;
 
   private:
-    friend class BoxesByDistance;
     static constexpr std::size_t kFanOut = 8;
 
     template <class Visit>
@@ -52,38 +51,6 @@ class BoxIndex {
     std::vector<std::vector<Box2>>
         levels_;                     // leaves first; a node covers kFanOut of the level below
     std::vector<std::size_t> items_; // indexes of the leaves' boxes
-};
-
-// The boxes of an index one after the other, by their distance from a point. Keeps its memory from
-// one start to the next; the index outlives it.
-class BoxesByDistance {
-  public:
-    explicit BoxesByDistance(const BoxIndex& index) : index_(index) {}
-
-    void start(Point2 point);
-    bool atEnd() const { return heap_.empty(); }
-    // No box still to come is nearer than this; not at the end.
-    double boundSquared() const { return heap_.front().squared; }
-    // Goes one step on; an item when the step came to a box, nothing on the way there.
-    static constexpr std::size_t kOnTheWay = std::numeric_limits<std::size_t>::max();
-    std::size_t step();
-
-  private:
-    struct Node {
-        double squared;
-        std::uint32_t level;
-        std::uint32_t number;
-
-        // As the heap's order: the nearest first, then the nearest to the leaves.
-        friend bool operator<(const Node& a, const Node& b) {
-            return a.squared != b.squared ? a.squared > b.squared : a.level > b.level;
-        }
-    };
-    void push(std::size_t level, std::size_t group);
-
-    const BoxIndex& index_;
-    Point2 point_;
-    std::vector<Node> heap_;
 };
 
 // The square of the distance from a point to the box; 0 inside.

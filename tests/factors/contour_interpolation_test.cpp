@@ -63,6 +63,44 @@ std::vector<Curve> moved(const std::vector<Curve>& lines, const myGrid& from, co
     return out;
 }
 
+// Steep wavy lines from the lower left to the upper right in irregular steps: the extents of most
+// hold most of the plan.
+std::vector<Curve> slopingLines(unsigned seed, int count, double size) {
+    std::mt19937 random(seed);
+    std::uniform_real_distribution<double> offset(-size, size);
+    std::uniform_real_distribution<double> wave(-0.02 * size, 0.02 * size);
+    std::vector<Curve> lines;
+    for (int k = 0; k < count; ++k) {
+        std::vector<CurveVertex> chain;
+        const double c = offset(random);
+        for (int v = 0; v <= 40; ++v) {
+            const double t = size * v / 40.0;
+            chain.push_back({{t + wave(random), c + t + wave(random), 10.0 * k}, 0.0});
+        }
+        lines.emplace_back(chain, false);
+    }
+    return lines;
+}
+
+void expectTheLiteralRule(const std::vector<Curve>& lines, double limit) {
+    const std::vector<geometry::Box2> boxes = test::extentsOf(lines);
+    myGrid grid;
+    define(grid, 31, 40, 10.0);
+    const ContourGridResult result = fill(lines, grid, limit);
+    ASSERT_TRUE(result.completed);
+    long tooFew = 0;
+    for (int i = 0; i < 31; ++i)
+        for (int j = 0; j < 40; ++j) {
+            const auto expected =
+                test::literalContourValue(lines, boxes, grid.cellCenter(i, j)->plan(), 10.0, limit);
+            tooFew += expected ? 0 : 1;
+            ASSERT_NEAR(grid.getValue(i, j), expected.value_or(-1.0),
+                        1e-7 * std::max(1.0, std::abs(expected.value_or(0.0))))
+                << lines.size() << ": " << i << "," << j;
+        }
+    EXPECT_EQ(result.tooFew, tooFew);
+}
+
 TEST(Contours, AreTheLiteralRule) {
     struct Plan {
         int lines;
@@ -70,25 +108,10 @@ TEST(Contours, AreTheLiteralRule) {
         double limit;
     };
     for (const Plan& plan : {Plan{5, 20, 2000.0}, Plan{30, 3, 60.0}, Plan{60, 40, 2000.0},
-                             Plan{400, 12, 25.0}, Plan{300, 60, 2000.0}, Plan{90, 2, 15.0}}) {
-        const std::vector<Curve> lines = wildLines(7, plan.lines, 400.0, plan.vertices);
-        const std::vector<geometry::Box2> boxes = test::extentsOf(lines);
-        myGrid grid;
-        define(grid, 31, 40, 10.0);
-        const ContourGridResult result = fill(lines, grid, plan.limit);
-        ASSERT_TRUE(result.completed);
-        long tooFew = 0;
-        for (int i = 0; i < 31; ++i)
-            for (int j = 0; j < 40; ++j) {
-                const auto expected = test::literalContourValue(
-                    lines, boxes, grid.cellCenter(i, j)->plan(), 10.0, plan.limit);
-                tooFew += expected ? 0 : 1;
-                ASSERT_NEAR(grid.getValue(i, j), expected.value_or(-1.0),
-                            1e-7 * std::max(1.0, std::abs(expected.value_or(0.0))))
-                    << plan.lines << ": " << i << "," << j;
-            }
-        EXPECT_EQ(result.tooFew, tooFew);
-    }
+                             Plan{400, 12, 25.0}, Plan{300, 60, 2000.0}, Plan{90, 2, 15.0}})
+        expectTheLiteralRule(wildLines(7, plan.lines, 400.0, plan.vertices), plan.limit);
+    for (const int count : {30, 60, 200})
+        expectTheLiteralRule(slopingLines(8, count, 400.0), 2000.0);
 }
 
 // Beyond the outermost lines every line lies on one side, so that all have to be gone through.
