@@ -157,15 +157,18 @@ struct FileWriter::State {
           fd(descriptor) {}
 
     void flush() {
-        std::string_view rest = buffer;
-        while (failure == 0 && !rest.empty()) {
-            const ssize_t put = ::write(fd.get(), rest.data(), rest.size());
-            if (put < 0 && errno != EINTR)
-                failure = errno;
-            else if (put > 0)
-                rest.remove_prefix(static_cast<std::size_t>(put));
-        }
+        put(buffer);
         buffer.clear();
+    }
+
+    void put(std::string_view rest) {
+        while (failure == 0 && !rest.empty()) {
+            const ssize_t written = ::write(fd.get(), rest.data(), rest.size());
+            if (written < 0 && errno != EINTR)
+                failure = errno;
+            else if (written > 0)
+                rest.remove_prefix(static_cast<std::size_t>(written));
+        }
     }
 };
 
@@ -205,9 +208,12 @@ Result<FileWriter> FileWriter::create(const std::filesystem::path& path, Backup 
 }
 
 void FileWriter::write(std::string_view text) {
-    state_->buffer += text;
-    if (state_->buffer.size() >= kWriteBuffer)
+    if (state_->buffer.size() + text.size() >= kWriteBuffer)
         state_->flush();
+    if (text.size() >= kWriteBuffer)
+        state_->put(text);
+    else
+        state_->buffer += text;
 }
 
 Result<void> FileWriter::commit() {

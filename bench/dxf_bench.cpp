@@ -167,12 +167,14 @@ void BM_WritePlain(benchmark::State& state) {
 }
 
 void moveEveryFirstVertex(Database& database) {
+    Transaction command(database, "MOVE");
     for (const host::EntityId id : database.select(host::SelectionFilter{})) {
         host::Entity entity = *database.find(id);
         std::get<host::Polyline>(entity.geometry).vertices[0].at.x += 0.5;
         if (!database.modify(entity))
             std::abort();
     }
+    command.commit();
 }
 
 void writeAfter(benchmark::State& state, const std::string& name, bool change) {
