@@ -7,6 +7,7 @@
 #include "host/host.h"
 #include "host/services_dialogs.h"
 #include "host/services_layers.h"
+#include "host/services_selection.h"
 #include "index/mapping_analysis.h"
 #include "index/mapping_hatches.h"
 
@@ -220,11 +221,11 @@ void MappingPage::pickRegions(DialogSession& session) {
     const DialogSession::Hidden hidden(session);
     host::SelectionPrompt prompt;
     prompt.message = "\nSelect hatch regions to add:";
-    const auto selection = host.prompts().getSelection(prompt);
-    if (!selection.ok())
+    const std::vector<EntityId> selected = host::selectObjects(host, prompt);
+    if (selected.empty())
         return;
     std::size_t appended = 0;
-    for (const EntityId id : selection.value) {
+    for (const EntityId id : selected) {
         const host::Entity* entity = host.drawing().find(id);
         const bool known =
             std::find(pickedRegions_.begin(), pickedRegions_.end(), id) != pickedRegions_.end();
@@ -235,7 +236,7 @@ void MappingPage::pickRegions(DialogSession& session) {
     }
     host::waitForEnter(host, fmt::format("\nTotal {} hatch regions are appended from {} selected "
                                          "objects.",
-                                         appended, selection.value.size()));
+                                         appended, selected.size()));
     showRegionCount();
 }
 

@@ -307,23 +307,25 @@ TEST(MappingRegions, NoErasesTheHatchesAndKeepsTheCollection) {
 }
 
 TEST(MappingRegions, PickedRegionsAndClosedCurvesAreHatchedToo) {
-    ScriptRun run;
-    prepare(run);
-    host::ensureLayer(run.host(), "MAP", 7);
-    const auto add = [&](host::EntityGeometry geometry) {
-        ASSERT_TRUE(run.drawing().add({{}, "MAP", 5, "ByLayer", std::move(geometry)}).ok());
-    };
-    add(host::Region{{{{{{0, 0}}, {{10, 0}}, {{10, 10}}, {{0, 10}}}}}, 0.0});
-    add(host::Circle{{50, 50, 0}, 5.0});
-    add(host::Line{{0, 60, 0}, {10, 60, 0}});
-    run("zelk_indexMapping\n:press Pick Region\nall\n\n\n:show\n" + kHatch + kExit);
-    ASSERT_EQ(run.status(), 0) << run.report();
-    EXPECT_THAT(run.transcript(), HasSubstr("Select hatch regions to add:"));
-    EXPECT_THAT(run.transcript(),
-                HasSubstr("Total 2 hatch regions are appended from 3 selected objects."));
-    EXPECT_EQ(count(run, "HATCH"), 2U);
-    for (const auto& [colour, area] : hatchAreas(run))
-        EXPECT_EQ(colour, 5);
+    for (const std::string picked : {"all\n\n", "SLayer\nMAP\n\n"}) {
+        ScriptRun run;
+        prepare(run);
+        host::ensureLayer(run.host(), "MAP", 7);
+        const auto add = [&](host::EntityGeometry geometry) {
+            ASSERT_TRUE(run.drawing().add({{}, "MAP", 5, "ByLayer", std::move(geometry)}).ok());
+        };
+        add(host::Region{{{{{{0, 0}}, {{10, 0}}, {{10, 10}}, {{0, 10}}}}}, 0.0});
+        add(host::Circle{{50, 50, 0}, 5.0});
+        add(host::Line{{0, 60, 0}, {10, 60, 0}});
+        run("zelk_indexMapping\n:press Pick Region\n" + picked + "\n:show\n" + kHatch + kExit);
+        ASSERT_EQ(run.status(), 0) << run.report();
+        EXPECT_THAT(run.transcript(), HasSubstr("Select hatch regions to add:"));
+        EXPECT_THAT(run.transcript(),
+                    HasSubstr("Total 2 hatch regions are appended from 3 selected objects."));
+        EXPECT_EQ(count(run, "HATCH"), 2U);
+        for (const auto& [colour, area] : hatchAreas(run))
+            EXPECT_EQ(colour, 5);
+    }
 }
 
 TEST(MappingRegions, VeryManyAreOnlyAddedWhenWanted) {
