@@ -3,6 +3,7 @@
 #include "console/autosaves.h"
 #include "console/drawing_files.h"
 #include "console/profile_file.h"
+#include "console/recovery.h"
 #include "console/session.h"
 #include "console/terminal.h"
 #include "host/dialog_model.h"
@@ -81,11 +82,15 @@ int runConsole(const ConsoleOptions& options) {
     if (!options.drawing.empty())
         if (const int status = openFirst(session, transcript, options.drawing); status != kDone)
             return status;
-    console::Autosaves autosaves(console::configurationFolder());
+    const console::RecoveryFolder copies(console::configurationFolder());
+    console::Autosaves autosaves(copies.path());
     session.interpreter().setIdle([&] { autosaves.offer(session.workspace()); });
     session.interpreter().run();
     transcript.finish();
-    return kDone;
+    const auto status = session.host().endStatus();
+    if (status)
+        fmt::print(stderr, "{}", autosaves.keep(session.workspace()));
+    return status.value_or(kDone);
 }
 
 } // namespace tessaran::cli

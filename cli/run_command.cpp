@@ -1,4 +1,5 @@
 #include "base/file.h"
+#include "base/text.h"
 #include "cli/options.h"
 #include "cli/subcommands.h"
 #include "console/profile_file.h"
@@ -26,7 +27,7 @@ void toStandardOutput(std::string_view text) {
 
 int fail(int status, const std::string& why) {
     std::fflush(stdout);
-    fmt::print(stderr, "{}\n", why);
+    fmt::print(stderr, "{}\n", base::trimmed(why));
     return status;
 }
 
@@ -45,8 +46,9 @@ int runScript(const RunOptions& options) {
             return fail(kWrongUsage, options.transcript + ": cannot be written");
         transcript.addSink([&copy](std::string_view part) { copy << part << std::flush; });
     }
-    console::ScriptRunner runner(
-        transcript, {.profile = console::profilePath(), .showProgress = options.progress});
+    console::ScriptRunner runner(transcript, {.profile = console::profilePath(),
+                                              .configuration = console::configurationFolder(),
+                                              .showProgress = options.progress});
     console::ScriptOutcome outcome;
     if (!options.drawing.empty())
         outcome = runner.open(options.drawing);

@@ -2,6 +2,8 @@
 
 #include "console/drawing_files.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 
 namespace tessaran::console {
@@ -30,6 +32,25 @@ void Autosaves::offer(const Workspace& workspace) {
         // A copy that cannot be written must not stand in the way of the work.
         static_cast<void>(autosave->offer(*document->database, copy));
     }
+}
+
+std::string Autosaves::keep(const Workspace& workspace) {
+    std::string told;
+    for (const auto& document : workspace.documents()) {
+        if (!document->database->modified())
+            continue;
+        const std::filesystem::path copy = copyOf(*document);
+        const auto saved = copy.empty()
+                               ? base::Result<void>(base::stateError("there is no folder for it"))
+                               : saveCopy(*document->database, copy);
+        told += saved ? fmt::format("A copy of {} is kept: {}\n", document->name, copy.string())
+                      : fmt::format("No copy of {} could be kept: {}\n", document->name,
+                                    saved.error().message());
+    }
+    for (auto& [database, autosave] : copies_)
+        if (database->modified())
+            autosave->keep();
+    return told;
 }
 
 } // namespace tessaran::console

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <string>
 
 namespace tessaran::console {
 
@@ -20,6 +21,10 @@ class Autosaves {
 
     // Between commands: copies what has changed, forgets what was closed.
     void offer(const Workspace& workspace);
+
+    // Before the program has to end: copies all that has changed, and leaves the copies behind. A
+    // line for the user of each drawing.
+    std::string keep(const Workspace& workspace);
 
   private:
     std::filesystem::path copyOf(const Document& document) const;

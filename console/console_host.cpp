@@ -28,6 +28,16 @@ void ConsoleHost::showInView(const host::Box2& world, double margin) {
     database.setView(view);
 }
 
+void ConsoleHost::quit() {
+    if (quit_)
+        quit_();
+}
+
+void ConsoleHost::endProgram(int status) {
+    endStatus_ = status;
+    quit();
+}
+
 void ConsoleHost::zoomPrevious() {
     if (previousView_)
         state_.workspace.database().setView(*previousView_);

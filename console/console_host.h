@@ -12,6 +12,8 @@
 #include "host/host.h"
 
 #include <filesystem>
+#include <functional>
+#include <optional>
 
 namespace tessaran::console {
 
@@ -58,6 +60,14 @@ class ConsoleHost final : public host::Host, private host::Coordinates {
     void showInView(const host::Box2& world, double margin);
     void openLink(const std::string& target) override { frontEnd_.openLink(target); }
 
+    // What ends the program that runs the host.
+    void setQuit(std::function<void()> quit) { quit_ = std::move(quit); }
+    void quit();
+    void endProgram(int status) override;
+    // Of a program that had to end; nothing where it ends in good order. Whoever runs it keeps
+    // copies of the drawings then (console/autosaves.h).
+    const std::optional<int>& endStatus() const { return endStatus_; }
+
   private:
     // Between the current drawing's user coordinates and the world.
     host::Point3 toWorld(const host::Point3& user) const override;
@@ -66,6 +76,8 @@ class ConsoleHost final : public host::Host, private host::Coordinates {
     HostState& state_;
     FrontEnd& frontEnd_;
     std::optional<drawing::View> previousView_;
+    std::function<void()> quit_;
+    std::optional<int> endStatus_;
 };
 
 } // namespace tessaran::console

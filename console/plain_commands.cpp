@@ -60,15 +60,15 @@ void printMenu(ConsoleHost& host, const std::vector<host::MenuItem>& items, int 
 
 } // namespace
 
-void addPlainCommands(ConsoleHost& host, std::function<void()> quit) {
+void addPlainCommands(ConsoleHost& host) {
     CommandList& commands = host.state().commands;
     for (const PlainCommand& row : kCommands)
         commands.add(Command{kPlainGroup, row.name, row.name, [&host, run = row.run] { run(host); },
                              row.undoStep, row.help});
     commands.add(Command{kPlainGroup, "QUIT", "QUIT",
-                         [&host, quit = std::move(quit)] {
+                         [&host] {
                              if (mayQuit(host))
-                                 quit();
+                                 host.quit();
                          },
                          false, "ends the program"});
 }

@@ -4,15 +4,12 @@
 
 #include "console/console_host.h"
 
-#include <functional>
-
 namespace tessaran::console {
 
 // The command group of all of them.
 inline constexpr const char* kPlainGroup = "TESSARAN_HOST";
 
-// `quit` ends the program that runs the host.
-void addPlainCommands(ConsoleHost& host, std::function<void()> quit);
+void addPlainCommands(ConsoleHost& host);
 
 // One row a command: names, help text, handler, as `help` prints it.
 struct PlainCommand {

@@ -1,6 +1,8 @@
 #include "console/script_runner.h"
 
+#include "console/autosaves.h"
 #include "console/drawing_files.h"
+#include "console/recovery.h"
 
 namespace tessaran::console {
 
@@ -20,6 +22,10 @@ ScriptOutcome ScriptRunner::run(const std::string& name, const std::string& text
     source_.load(name, text);
     session_.interpreter().run();
     transcript_.finish();
+    if (const auto status = session_.host().endStatus()) {
+        const RecoveryFolder copies(configuration_);
+        return {*status, Autosaves(copies.path()).keep(session_.workspace())};
+    }
     if (const auto& failure = session_.conversation().failure())
         return {ScriptOutcome::kLineError, *failure};
     if (!save)

@@ -10,7 +10,8 @@
 
 namespace tessaran::console {
 
-// How a run ended, as exit status and the line for standard error.
+// How a run ended, as exit status and the lines for standard error. A command that had to end the
+// program gives its own status; the lines tell of the copies that were kept.
 struct ScriptOutcome {
     static constexpr int kUsed = 0;      // every line was used
     static constexpr int kLineError = 1; // a line could not be used, or --save could not be written
@@ -24,7 +25,8 @@ struct ScriptOutcome {
 class ScriptRunner {
   public:
     ScriptRunner(Transcript& transcript, const Session::Options& options)
-        : transcript_(transcript), session_(source_, transcript, options) {}
+        : transcript_(transcript), configuration_(options.configuration),
+          session_(source_, transcript, options) {}
 
     Session& session() { return session_; }
 
@@ -38,6 +40,7 @@ class ScriptRunner {
   private:
     ScriptSource source_;
     Transcript& transcript_;
+    std::filesystem::path configuration_;
     Session session_;
 };
 

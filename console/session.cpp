@@ -25,7 +25,8 @@ Session::Session(LineSource& source, Transcript& transcript, const Options& opti
     : state_(options.profile), conversation_(source, transcript),
       frontEnd_(state_, conversation_, options.showProgress), host_(state_, frontEnd_),
       module_(host_), interpreter_(host_, conversation_) {
-    addPlainCommands(host_, [this] { conversation_.end(); });
+    host_.setQuit([this] { conversation_.end(); });
+    addPlainCommands(host_);
 }
 
 } // namespace tessaran::console

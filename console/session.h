@@ -27,6 +27,8 @@ class Session {
   public:
     struct Options {
         std::filesystem::path profile{}; // empty: settings live as long as the session
+        // The folder of what else is kept; empty: nothing.
+        std::filesystem::path configuration{};
         bool showProgress = false;
     };
     Session(LineSource& source, Transcript& transcript, const Options& options);

@@ -20,8 +20,7 @@ int runWindow(const std::string& drawing) {
     QApplication::setQuitOnLastWindowClosed(false);
     DesktopSession session(
         {.profile = console::profilePath(), .configuration = console::configurationFolder()});
-    session.run(drawing);
-    return 0;
+    return session.run(drawing);
 }
 
 } // namespace tessaran::desktop

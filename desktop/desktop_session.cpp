@@ -33,10 +33,11 @@ DesktopSession::DesktopSession(const Options& options)
       copies_(options.configuration), autosaves_(copies_.path(), options.autosave) {
     transcript_.addSink(
         [this](std::string_view text) { window_.commands().history().append(text); });
-    console::addPlainCommands(host_, [this] {
+    host_.setQuit([this] {
         lines_.end();
         conversation_.end();
     });
+    console::addPlainCommands(host_);
     window_.setInDialog([this] { return frontEnd_.inDialog(); });
     lines_.setWait(
         [this](const std::string& prompt) {
@@ -60,7 +61,7 @@ DesktopSession::DesktopSession(const Options& options)
 
 // Drawings that a crash left without a file.
 void DesktopSession::offerAbandoned() {
-    const auto copies = abandonedCopies(options_.configuration);
+    const auto copies = console::abandonedCopies(options_.configuration);
     if (copies.empty())
         return;
     QMessageBox box(QMessageBox::Question, "Tessaran", "Tessaran was not closed in good order.",
@@ -80,11 +81,11 @@ void DesktopSession::offerAbandoned() {
             }
             workspace().add(std::move(*drawing));
         }
-        forgetCopy(copy);
+        console::forgetCopy(copy);
     }
 }
 
-void DesktopSession::run(const std::string& drawing) {
+int DesktopSession::run(const std::string& drawing) {
     window_.show();
     offerAbandoned();
     autosaveTimer_.start();
@@ -92,8 +93,18 @@ void DesktopSession::run(const std::string& drawing) {
         lines_.run({"OPEN", drawing});
     interpreter_.run();
     autosaveTimer_.stop();
+    if (host_.endStatus())
+        keepCopies();
     window_.keep();
     window_.hide();
+    return host_.endStatus().value_or(0);
+}
+
+// The program has to end: what is unsaved comes back at its next start.
+void DesktopSession::keepCopies() {
+    const std::string told = autosaves_.keep(state_.workspace);
+    if (!told.empty())
+        frontEnd_.dialogs().message(told);
 }
 
 } // namespace tessaran::desktop

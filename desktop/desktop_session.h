@@ -5,9 +5,9 @@
 
 #include "console/autosaves.h"
 #include "console/interpreter.h"
+#include "console/recovery.h"
 #include "console/session.h"
 #include "desktop/main_window.h"
-#include "desktop/recovery.h"
 #include "desktop/window_front_end.h"
 
 #include <QTimer>
@@ -31,11 +31,13 @@ class DesktopSession {
     WindowLines& lines() { return lines_; }
     const SessionRecorder& recorder() const { return recorder_; }
 
-    // Shows the window and lives until it is closed. `drawing`: opened first; may be empty.
-    void run(const std::string& drawing);
+    // Shows the window and lives until it is closed; the exit status. `drawing`: opened first; may
+    // be empty.
+    int run(const std::string& drawing);
 
   private:
     void offerAbandoned();
+    void keepCopies();
 
     Options options_;
     console::HostState state_;
@@ -50,7 +52,7 @@ class DesktopSession {
     console::ConsoleHost host_;
     console::LoadedModule module_;
     console::Interpreter interpreter_;
-    RecoveryFolder copies_;
+    console::RecoveryFolder copies_;
     console::Autosaves autosaves_;
     QTimer autosaveTimer_;
 };

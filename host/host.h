@@ -98,6 +98,9 @@ class Host {
     virtual void zoomPrevious() {}
     // Opens a web page or mail link with the system's default handler.
     virtual void openLink(const std::string& target) = 0;
+    // Ends the program with that exit status, without asking about unsaved drawings: copies of them
+    // are kept. The command that asked for it returns; whatever it still asks is cancelled.
+    virtual void endProgram(int status) = 0;
 
     SessionMemory& memory() { return memory_; }
 

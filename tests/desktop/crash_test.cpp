@@ -1,7 +1,7 @@
 // What is left after the program was killed, and what comes back.
 
 #include "console/drawing_files.h"
-#include "desktop/recovery.h"
+#include "console/recovery.h"
 #include "dialog_bench.h"
 #include "drawing/autosave.h"
 #include "user.h"
@@ -39,7 +39,7 @@ TEST(WindowCrash, ADrawingWithoutAFileComesBackAfterTheProgramWasKilled) {
                  {"--gtest_also_run_disabled_tests", "--gtest_filter=*DrawsAndIsKilled"});
     ASSERT_TRUE(killed.waitForFinished(30'000));
     ASSERT_EQ(killed.exitStatus(), QProcess::CrashExit);
-    ASSERT_EQ(desktop::abandonedCopies(configuration.path()).size(), 1u);
+    ASSERT_EQ(console::abandonedCopies(configuration.path()).size(), 1u);
 
     User user({.configuration = configuration.path(), .autosave = std::chrono::hours(1)});
     user.answer("Recover").look([&] {
@@ -51,19 +51,31 @@ TEST(WindowCrash, ADrawingWithoutAFileComesBackAfterTheProgramWasKilled) {
         EXPECT_TRUE(user.drawing().path().empty());
     });
     user.work();
-    EXPECT_TRUE(desktop::abandonedCopies(configuration.path()).empty());
+    EXPECT_TRUE(console::abandonedCopies(configuration.path()).empty());
+}
+
+TEST(WindowCrash, AProgramThatHasToEndKeepsCopiesAndClosesTheWindow) {
+    const TemporaryFolder configuration;
+    User user({.configuration = configuration.path(), .autosave = std::chrono::hours(1)});
+    user.session().host().state().commands.add(console::Command{
+        "TEST", "FAIL", "FAIL", [&] { user.session().host().endProgram(1); }, true, ""});
+    user.type("POINT").type("1,2").type("FAIL").answer("OK").work();
+    EXPECT_FALSE(user.window().isVisible());
+    const auto folder = console::recoveryFolder(configuration.path());
+    EXPECT_TRUE(std::filesystem::exists(folder / "Drawing1.autosave.dxf"));
+    EXPECT_EQ(user.session().host().endStatus(), 1);
 }
 
 TEST(WindowCrash, CopiesOfAProgramThatRunsAreLeftAlone) {
     const TemporaryFolder configuration;
-    const auto own = desktop::recoveryFolder(configuration.path());
+    const auto own = console::recoveryFolder(configuration.path());
     std::filesystem::create_directories(own);
     std::ofstream(own / "Drawing1.autosave.dxf") << "0\nEOF\n";
     std::filesystem::create_directories(configuration / "recovery/not-a-number");
     std::ofstream(configuration / "recovery/not-a-number/x.dxf") << "0\nEOF\n";
-    EXPECT_TRUE(desktop::abandonedCopies(configuration.path()).empty());
-    EXPECT_TRUE(desktop::abandonedCopies({}).empty());
-    EXPECT_TRUE(desktop::abandonedCopies(configuration / "missing").empty());
+    EXPECT_TRUE(console::abandonedCopies(configuration.path()).empty());
+    EXPECT_TRUE(console::abandonedCopies({}).empty());
+    EXPECT_TRUE(console::abandonedCopies(configuration / "missing").empty());
 }
 
 } // namespace

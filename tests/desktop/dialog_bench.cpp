@@ -41,7 +41,7 @@ DialogBench::DialogBench()
       dialogs_(window_, &recorder_), screen_(lines_, dialogs_), host_(state_, screen_),
       module_(host_) {
     transcript_.addSink([this](std::string_view text) { text_ += text; });
-    console::addPlainCommands(host_, [] {});
+    console::addPlainCommands(host_);
     window_.resize(1000, 700);
     window_.show();
 }

@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -58,7 +59,8 @@ class RecordingHost final : public host::Host,
     std::map<std::string, host::VariableValue, std::less<>> values;
     std::vector<host::CommandEntry> commandEntries;
     std::map<std::string, std::vector<host::MenuItem>> menus;
-    host::Point3 ucsOrigin; // user coordinates are world coordinates less this
+    std::optional<int> endStatus; // of a program that had to end
+    host::Point3 ucsOrigin;       // user coordinates are world coordinates less this
     host::Point2 windowCorner;
     drawing::Database database;
 
@@ -77,6 +79,7 @@ class RecordingHost final : public host::Host,
     void print(std::string_view text) override { printed += text; }
     bool userBreak() override { return breakAt > 0 && --breakAt == 0; }
     void openLink(const std::string& /*target*/) override {}
+    void endProgram(int status) override { endStatus = status; }
 
   private:
     template <class T>

@@ -2,7 +2,8 @@
 
 namespace tessaran::test {
 
-ScriptRun::ScriptRun() : runner_(transcript_, {.profile = folder_ / "profile.ini"}) {
+ScriptRun::ScriptRun()
+    : runner_(transcript_, {.profile = folder_ / "profile.ini", .configuration = folder_.path()}) {
     transcript_.addSink([this](std::string_view text) { text_ += text; });
 }
 

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <vector>
 
-namespace tessaran::desktop {
+namespace tessaran::console {
 
 // Of this process; empty without a configuration folder.
 std::filesystem::path recoveryFolder(const std::filesystem::path& configuration);
@@ -32,4 +32,4 @@ std::vector<std::filesystem::path> abandonedCopies(const std::filesystem::path& 
 // Removes a copy, and its folder when it was the last one.
 void forgetCopy(const std::filesystem::path& copy);
 
-} // namespace tessaran::desktop
+} // namespace tessaran::console

@@ -1,4 +1,4 @@
-#include "desktop/recovery.h"
+#include "console/recovery.h"
 
 #include "base/numbers.h"
 
@@ -9,7 +9,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace tessaran::desktop {
+namespace tessaran::console {
 namespace {
 
 namespace fs = std::filesystem;
@@ -66,4 +66,4 @@ void forgetCopy(const fs::path& copy) {
     fs::remove(copy.parent_path(), ignored); // only when it is empty
 }
 
-} // namespace tessaran::desktop
+} // namespace tessaran::console
