@@ -2,6 +2,7 @@
 #include "cli/options.h"
 #include "cli/subcommands.h"
 #include "console/progress.h"
+#include "stress/arrays.h"
 #include "stress/model_run.h"
 
 #include <fmt/format.h>
@@ -54,17 +55,14 @@ int ended(const stress::RunReport& report) {
         fmt::print(stderr, "Cancelled. What the finished steps wrote is kept.\n");
         return kFailed;
     case stress::RunReport::Ending::failed:
-    case stress::RunReport::Ending::outOfMemory:
         break;
     }
     fmt::print(stderr, "{}\n", report.message);
     return kFailed;
 }
 
-} // namespace
-
-int solveModel(const SolveOptions& options) {
-    const auto prepared = stress::prepareRun(options.model);
+int solveFile(const std::string& model) {
+    const auto prepared = stress::prepareRun(model);
     if (!prepared) {
         fmt::print(stderr, "{}\n", base::trimmed(prepared.error().message()));
         return kFailed;
@@ -88,6 +86,17 @@ int solveModel(const SolveOptions& options) {
             fmt::print(stderr, "{}\n", pillars.error().message());
     }
     return ended(report);
+}
+
+} // namespace
+
+int solveModel(const SolveOptions& options) {
+    try {
+        return solveFile(options.model);
+    } catch (const std::bad_alloc& failure) {
+        fmt::print(stderr, "{}", stress::messageOf(failure));
+        return kFailed;
+    }
 }
 
 } // namespace tessaran::cli

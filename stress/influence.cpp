@@ -1,6 +1,7 @@
 #include "stress/influence.h"
 
 #include "base/parallel.h"
+#include "stress/arrays.h"
 #include "stress/weighted_sums.h"
 
 #include <algorithm>
@@ -46,8 +47,8 @@ class AxisWeights {
         out.firstSource = static_cast<int>(first - reach_.begin());
         out.sources = static_cast<int>(end - first);
         for (int table = 0; table < tables; ++table)
-            out.weights[table].assign(static_cast<std::size_t>(out.sources) * WeightBlock::kRows,
-                                      0.0);
+            out.weights[table] = allocatedArray<double>(
+                ArrayKind::dvector, static_cast<std::size_t>(out.sources) * WeightBlock::kRows);
         for (int s = 0; s < out.sources; ++s)
             fill(out, s, set);
         return out;
@@ -107,7 +108,7 @@ class AxisWeights {
 // values[k * n + m] to out[m * count + k].
 std::vector<double> transposed(const std::vector<double>& values, int count, int n) {
     constexpr int kTile = 16;
-    std::vector<double> out(values.size());
+    std::vector<double> out = allocatedArray<double>(ArrayKind::dmatrix, values.size());
     base::parallelRanges(0, (n + kTile - 1) / kTile, 4, [&](int begin, int end) {
         for (int k0 = 0; k0 < count; k0 += kTile)
             for (int m = begin * kTile; m < std::min(n, end * kTile); ++m)
@@ -162,7 +163,7 @@ SpreadAlongY spreadAlongY(const ElementField& sources, const std::vector<double>
     const std::vector<double> rows = transposed(field, sources.nX, sources.nY);
     const Rows from{rows.data(), static_cast<std::size_t>(sources.nX)};
     const auto spread = [&](bool timesZ) {
-        std::vector<double> out(static_cast<std::size_t>(receiverRows) * from.length, 0.0);
+        std::vector<double> out = dmatrix(static_cast<std::size_t>(receiverRows), from.length);
         sumOverBlocks(
             y, 1, from.length,
             [&](double g, double zg, std::size_t at, WeightBlock& block) {
@@ -239,8 +240,9 @@ ElementField coarser(const ElementField& fine, int factor) {
 std::vector<double> blockMeans(const ElementField& fine, const std::vector<double>& values,
                                int factor) {
     const ElementField coarse = coarser(fine, factor);
-    std::vector<double> out;
-    out.reserve(static_cast<std::size_t>(coarse.nX) * static_cast<std::size_t>(coarse.nY));
+    std::vector<double> out =
+        dmatrix(static_cast<std::size_t>(coarse.nX), static_cast<std::size_t>(coarse.nY));
+    std::size_t block = 0;
     for (int i = 0; i < coarse.nX; ++i) {
         for (int j = 0; j < coarse.nY; ++j) {
             double sum = 0.0;
@@ -249,7 +251,7 @@ std::vector<double> blockMeans(const ElementField& fine, const std::vector<doubl
                     sum += values[static_cast<std::size_t>(i * factor + di) *
                                       static_cast<std::size_t>(fine.nY) +
                                   static_cast<std::size_t>(j * factor + dj)];
-            out.push_back(sum / (factor * factor));
+            out[block++] = sum / (factor * factor);
         }
     }
     return out;

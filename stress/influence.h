@@ -22,7 +22,7 @@ struct Influence {
 };
 
 // Adds the stress that `convergence` of the sources causes to `stress` of the receivers. False when
-// cancelled (polled once a source column).
+// cancelled (polled before every 128 columns of receivers).
 bool addInfluenceStress(const Influence& influence, const ElementField& sources,
                         const std::vector<double>& convergence, const ElementField& receivers,
                         std::vector<double>& stress, base::Progress& progress);

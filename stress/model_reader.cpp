@@ -1,6 +1,7 @@
 #include "stress/model_reader.h"
 
 #include "base/file.h"
+#include "stress/arrays.h"
 #include "stress/field_scanner.h"
 #include "stress/material.h"
 
@@ -190,7 +191,7 @@ class Reader {
                 ;                // to the line at which the codes end
             return std::nullopt; // no memory for counts beyond the text
         }
-        ElementCodes out(nX * nY);
+        ElementCodes out = allocatedArray<char>(ArrayKind::ccubix, nX * nY);
         for (std::size_t j = nY; j-- > 0;) {
             for (std::size_t i = 0; i < nX; ++i) {
                 const std::optional<char> code = scan_.character();

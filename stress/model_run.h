@@ -24,8 +24,9 @@ struct PreparedRun {
 
 // Reads and checks the input file, writes its step files and begins the log BASE.out with the echo
 // of it. The error's text is the message to show; for an input that cannot be solved no more than
-// step files is written. Refused while another run has step files in that folder. The model's codes
-// are in the step files then, not in memory.
+// step files is written. Throws an AllocationFailure for codes that memory cannot hold. Refused
+// while another run has step files in that folder. The model's codes are in the step files then,
+// not in memory.
 base::Result<PreparedRun> prepareRun(const std::filesystem::path& input);
 
 // What an engineer looks at first: convergence and stress ranges of each seam after each step, the

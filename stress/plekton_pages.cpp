@@ -3,6 +3,7 @@
 #include "host/host.h"
 #include "host/services_dialogs.h"
 #include "stress/compose_pages.h"
+#include "stress/memory_end.h"
 #include "stress/model_run.h"
 #include "stress/window_watch.h"
 
@@ -33,7 +34,10 @@ void PlektonPage::describe(host::PageBuilder& page) {
         if (const auto written = composeInput(s.host()))
             inputFile_ = *written;
     });
-    page.button("&Run", [this](DialogSession& s) { run(s); });
+    page.button("&Run", [this](DialogSession& s) {
+        if (!orEndProgram(s.host(), [&] { run(s); }))
+            s.end(false);
+    });
 }
 
 void PlektonPage::selectFile(Host& host) {

@@ -87,7 +87,7 @@ LawsInUse lawsInUse(const RelaxationProblem& problem, const ElementLaws& laws,
         out.table.add(lawValues(problem.materials[k]));
     }
     number[kOpenEntry] = kOpenLaw;
-    out.law.resize(laws.law.size());
+    out.law = allocatedArray<std::uint8_t>(ArrayKind::cmatrix, laws.law.size());
     for (std::size_t k = 0; k < laws.law.size(); ++k) {
         out.law[k] = number[laws.law[k]];
         if (laws.law[k] == kOpenEntry && state.total[k] != 0.0)
@@ -102,7 +102,8 @@ class Relaxation {
     Relaxation(const RelaxationProblem& problem, SeamState& state, RelaxationWatch& watch,
                const ExternalStresses& external, LawsInUse laws)
         : problem_(problem), state_(state), watch_(watch), laws_(std::move(laws)),
-          told_(laws_.law.size(), 0), constants_(constantsOf(problem, state.nY)),
+          told_(allocatedArray<std::uint8_t>(ArrayKind::cmatrix, laws_.law.size())),
+          constants_(constantsOf(problem, state.nY)),
           seam_(state.nX, state.nY, kernel_.lanes, static_cast<int>(external.fields.size())) {
         constants_.streams = static_cast<int>(external.fields.size());
         constants_.hasShared = external.shared.has_value();
@@ -159,7 +160,7 @@ class Relaxation {
 
 ElementLaws lawsOf(const ElementCodes& codes, int nX, int nY, int materialCount) {
     ElementLaws out;
-    out.law.resize(codes.size(), kOpenEntry);
+    out.law = allocatedArray(ArrayKind::cmatrix, codes.size(), kOpenEntry);
     std::size_t element = 0;
     for (int i = 0; i < nX; ++i) {
         for (int j = 0; j < nY; ++j, ++element) {
@@ -195,7 +196,7 @@ RelaxationOutcome relaxUnderLoad(const RelaxationProblem& problem, const std::ve
     if (!beginsAtAll(problem))
         return {};
     LawsInUse laws;
-    laws.law.assign(state.elements(), kNoLaw);
+    laws.law = allocatedArray(ArrayKind::cmatrix, state.elements(), kNoLaw);
     Relaxation relaxation(problem, state, watch, {std::nullopt, {load.data()}}, std::move(laws));
     relaxation.constants().thickness = 1.0; // no strain is asked for
     return relaxation.sweep();

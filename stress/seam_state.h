@@ -3,6 +3,7 @@
 // What the solver knows of one seam: its convergence with a ghost border around it, and the
 // stresses of its elements. All arrays run column by column (X outer, Y inner), as the sweep does.
 
+#include "stress/arrays.h"
 #include "stress/model.h"
 
 #include <cstddef>
@@ -12,9 +13,9 @@ namespace tessaran::stress {
 
 struct SeamState {
     SeamState(int columns, int rows)
-        : nX(columns), nY(rows),
-          convergence(static_cast<std::size_t>(columns + 2) * static_cast<std::size_t>(rows + 2)),
-          total(elements()), overburden(elements()), surface(elements()), multiple(elements()) {}
+        : nX(columns), nY(rows), convergence(dmatrix(static_cast<std::size_t>(columns) + 2,
+                                                     static_cast<std::size_t>(rows) + 2)),
+          total(field()), overburden(field()), surface(field()), multiple(field()) {}
 
     int nX;
     int nY;
@@ -38,6 +39,13 @@ struct SeamState {
                static_cast<std::size_t>(j);
     }
     double convergenceAt(int i, int j) const { return convergence[ghosted(i, j)]; }
+    // The convergence without its ghosts.
+    std::vector<double> plainConvergence() const;
+
+  private:
+    std::vector<double> field() const {
+        return dmatrix(static_cast<std::size_t>(nX), static_cast<std::size_t>(nY));
+    }
 };
 
 } // namespace tessaran::stress

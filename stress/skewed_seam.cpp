@@ -1,10 +1,10 @@
 #include "stress/skewed_seam.h"
 
 #include "base/parallel.h"
+#include "stress/arrays.h"
 
 #include <algorithm>
 #include <cstdlib>
-#include <new>
 
 #ifdef __linux__
 #include <sys/mman.h>
@@ -39,7 +39,7 @@ AlignedDoubles::AlignedDoubles(std::size_t count) : size_(count) {
     const std::size_t whole = (bytes + alignment - 1) / alignment * alignment;
     data_.reset(static_cast<double*>(std::aligned_alloc(alignment, whole)));
     if (!data_)
-        throw std::bad_alloc();
+        throw AllocationFailure(ArrayKind::dmatrix, AllocationFailure::Cause::refused);
 #ifdef __linux__
     if (alignment == kLargePage)
         madvise(data_.get(), whole, MADV_HUGEPAGE); // a refusal only costs time
@@ -59,7 +59,8 @@ SkewedSeam::SkewedSeam(int nX, int nY, int lanes, int streams, AlignedDoubles sc
     const std::size_t needed = vectors * static_cast<std::size_t>((1 + streams_) * lanes_);
     if (memory_.size() < needed)
         memory_ = AlignedDoubles(needed);
-    laws_.resize(vectors * static_cast<std::size_t>(lanes_));
+    laws_ = allocatedArray<std::uint8_t>(ArrayKind::cmatrix,
+                                         vectors * static_cast<std::size_t>(lanes_));
 }
 
 double* SkewedSeam::record(int strip, int t) {

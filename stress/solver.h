@@ -5,6 +5,7 @@
 
 #include "stress/pillars.h"
 #include "stress/profile.h"
+#include "stress/seam_ranges.h"
 #include "stress/seam_state.h"
 
 #include <filesystem>
@@ -23,18 +24,8 @@ class RunWatch {
     virtual bool cancelled() { return false; }
 };
 
-// One seam as a step left it, consistent units.
-struct SeamRanges {
-    double leastConvergence = 0.0;
-    double mostConvergence = 0.0;
-    double leastStress = 0.0;
-    double mostStress = 0.0;
-    double carriedShare = 0.0; // what the elements carry of the load put on them
-};
-SeamRanges rangesOf(const SeamState& seam);
-
 struct RunReport {
-    enum class Ending { finished, failed, cancelled, outOfMemory };
+    enum class Ending { finished, failed, cancelled };
     Ending ending = Ending::finished;
     std::string message{};              // why it failed
     std::vector<SeamProfile> profile{}; // of all steps
@@ -50,8 +41,8 @@ struct RunReport {
 // Solves the model; `base` is the run's path without extension. Element codes come from the model,
 // or, where it holds none, from the step files in the base's folder. The log BASE.out is appended
 // to, result files BASE.f1 ... and BASE.off are begun at step 1 and grow by step; what was written
-// before a cancel or failure stays. Memory that cannot be had ends it with the
-// message of the arrays' routine.
+// before a cancel or failure stays. Throws an AllocationFailure (stress/arrays.h) for an array that
+// cannot be had.
 RunReport solve(const CModelDat& model, const std::filesystem::path& base, RunWatch& watch);
 
 } // namespace tessaran::stress

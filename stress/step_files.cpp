@@ -1,6 +1,7 @@
 #include "stress/step_files.h"
 
 #include "base/file.h"
+#include "stress/arrays.h"
 #include "stress/field_scanner.h"
 #include "stress/result_file.h"
 
@@ -46,7 +47,7 @@ base::Result<std::vector<ElementCodes>> readStepFile(const std::filesystem::path
     FieldScanner scan(*text);
     std::vector<ElementCodes> out;
     for (int seam = 0; seam < model.seamCount(); ++seam) {
-        ElementCodes codes(nX * nY);
+        ElementCodes codes = allocatedArray<char>(ArrayKind::ccubix, nX * nY);
         for (std::size_t j = nY; j-- > 0;)
             for (std::size_t i = 0; i < nX; ++i) {
                 const std::optional<char> code = scan.character();

@@ -1,10 +1,14 @@
 #include "stress/sweep_pipeline.h"
 
+#include "stress/arrays.h"
+
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <optional>
+#include <system_error>
 #include <thread>
 
 namespace tessaran::stress {
@@ -46,20 +50,51 @@ class Pipeline {
             slot.iteration = ++iteration;
     }
 
-    RelaxationOutcome run() {
-        std::vector<std::thread> helpers;
+    // Nothing, and no strip swept, when the system has no such number of threads.
+    std::optional<RelaxationOutcome> run() {
+        Helpers helpers(*this);
+        if (!helpers.complete())
+            return std::nullopt;
         admit();
-        for (int k = 1; k < limits_.threads; ++k)
-            helpers.emplace_back([this, k] { help(k); });
         lead();
-        stop_.store(true, std::memory_order_release);
-        callHelpers();
-        for (std::thread& helper : helpers)
-            helper.join();
+        helpers.end();
+        if (noMemory_.load(std::memory_order_acquire))
+            throw AllocationFailure(ArrayKind::ivector, AllocationFailure::Cause::refused);
         return std::move(outcome_);
     }
 
   private:
+    // The other threads; they wait for iterations to be admitted.
+    class Helpers {
+      public:
+        explicit Helpers(Pipeline& pipeline) : pipeline_(pipeline) {
+            try {
+                for (int k = 1; k < pipeline.limits_.threads; ++k)
+                    threads_.emplace_back([&pipeline, k] { pipeline.help(k); });
+                complete_ = true;
+            } catch (const std::system_error&) {
+                end();
+            }
+        }
+        Helpers(const Helpers&) = delete;
+        Helpers& operator=(const Helpers&) = delete;
+        ~Helpers() { end(); }
+
+        bool complete() const { return complete_; }
+        void end() {
+            pipeline_.stop_.store(true, std::memory_order_release);
+            pipeline_.callHelpers();
+            for (std::thread& thread : threads_)
+                if (thread.joinable())
+                    thread.join();
+        }
+
+      private:
+        Pipeline& pipeline_;
+        std::vector<std::thread> threads_;
+        bool complete_ = false;
+    };
+
     Slot& slotOf(int iteration) {
         return slots_[static_cast<std::size_t>(iteration - 1) % slots_.size()];
     }
@@ -140,6 +175,15 @@ class Pipeline {
 
     // --- the other threads -----------------------------------------------------------------------
     void help(int thread) {
+        try {
+            helpOn(thread);
+        } catch (const std::bad_alloc&) { // the list of over-closed elements
+            noMemory_.store(true, std::memory_order_release);
+            stop_.store(true, std::memory_order_release);
+        }
+    }
+
+    void helpOn(int thread) {
         int idle = 0;
         while (!stopped()) {
             const int call = call_.load(std::memory_order_acquire);
@@ -283,6 +327,7 @@ class Pipeline {
     std::vector<Slot> slots_;
     std::atomic<int> admitted_{0};
     std::atomic<bool> stop_{false};
+    std::atomic<bool> noMemory_{false};
     std::atomic<int> call_{0};    // odd: the other threads shall rest
     std::atomic<int> resting_{0}; // those that do
 
@@ -302,7 +347,11 @@ class Pipeline {
 RelaxationOutcome sweepUntilSettled(SkewedSeam& seam, const SweepKernel& kernel,
                                     const SweepConstants& constants, const Boundaries& boundaries,
                                     const SweepLimits& limits, RelaxationWatch& watch) {
-    return Pipeline(seam, kernel, constants, boundaries, limits, watch).run();
+    SweepLimits alone = limits;
+    alone.threads = 1;
+    if (auto outcome = Pipeline(seam, kernel, constants, boundaries, limits, watch).run())
+        return std::move(*outcome);
+    return *Pipeline(seam, kernel, constants, boundaries, alone, watch).run();
 }
 
 void tellOverClosed(std::vector<int>& elements, int nY, RelaxationWatch& watch) {

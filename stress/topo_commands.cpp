@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "host/host.h"
 #include "host/services_dialogs.h"
+#include "stress/memory_end.h"
 #include "stress/topo_model.h"
 #include "stress/topo_pages.h"
 #include "stress/topo_stress_file.h"
@@ -127,7 +128,7 @@ void zelk_topoStressModel(Host& host) {
     TopoControlPage control(fields);
     host::Dialog dialog("Topographic Stress Model", {&surface, &seam, &control});
     if (host::runDialog(host, dialog))
-        runFields(host, fields);
+        orEndProgram(host, [&] { runFields(host, fields); });
 }
 
 } // namespace tessaran::stress

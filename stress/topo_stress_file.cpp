@@ -64,7 +64,7 @@ class Reader {
             static_cast<std::size_t>(blocks.nX) * static_cast<std::size_t>(blocks.nY);
         if (count > scan_.left() / 2 + 1)
             return fail(3, kValuesMessage);
-        out_.grid.values.reserve(count);
+        allocated(ArrayKind::dmatrix, [&] { out_.grid.values.reserve(count); });
         for (std::size_t k = 0; k < count; ++k) {
             const std::optional<double> value = scan_.real();
             if (!value)

@@ -1,18 +1,20 @@
 #include "stress/topography.h"
 
 #include "base/tolerance.h"
+#include "stress/arrays.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace tessaran::stress {
 namespace {
 
-std::size_t countOf(const ElementField& field) {
-    return static_cast<std::size_t>(std::max(0, field.nX)) *
-           static_cast<std::size_t>(std::max(0, field.nY));
+std::vector<double> field(const ElementField& of) {
+    return dmatrix(static_cast<std::size_t>(std::max(0, of.nX)),
+                   static_cast<std::size_t>(std::max(0, of.nY)));
 }
 
 // Along one axis, the block that holds each receiver's centre or is nearest to it.
@@ -81,9 +83,9 @@ DatumLoad datumLoad(const std::vector<double>& stress) {
     for (const double s : stress)
         sum += s - first;
     out.mean = first + sum / static_cast<double>(stress.size());
-    out.deviation.reserve(stress.size());
-    for (const double s : stress)
-        out.deviation.push_back(s - out.mean);
+    out.deviation = allocatedArray<double>(ArrayKind::dmatrix, stress.size());
+    std::transform(stress.begin(), stress.end(), out.deviation.begin(),
+                   [&](double s) { return s - out.mean; });
     return out;
 }
 
@@ -121,10 +123,7 @@ DatumDisplacement relaxDatum(double modulus, double lambda, const ElementField& 
     SeamState state(blocks.nX, blocks.nY);
     DatumDisplacement out;
     out.outcome = relaxUnderLoad(problem, deviation, state, watch);
-    out.down.reserve(countOf(blocks));
-    for (int i = 0; i < blocks.nX; ++i)
-        for (int j = 0; j < blocks.nY; ++j)
-            out.down.push_back(state.convergenceAt(i, j));
+    out.down = state.plainConvergence();
     return out;
 }
 
@@ -133,16 +132,15 @@ Arrived spreadToSeam(const Influence& influence, const ElementField& blocks,
                      const std::vector<double>& down, const ElementField& receivers,
                      base::Progress& progress) {
     Arrived out;
-    out.stress.assign(countOf(receivers), 0.0);
+    out.stress = field(receivers);
     out.outside = countOutside(blocks, receivers);
-    std::vector<double> closing = down;
-    for (double& d : closing)
-        d = -d;
+    std::vector<double> closing = field(blocks);
+    std::transform(down.begin(), down.end(), closing.begin(), std::negate<>());
     out.cancelled =
         !addInfluenceStress(influence, blocks, closing, receivers, out.stress, progress);
     if (out.cancelled || out.outside == 0)
         return out;
-    std::vector<double> atBlocks(countOf(blocks), 0.0);
+    std::vector<double> atBlocks = field(blocks);
     out.cancelled = !addInfluenceStress(influence, blocks, closing, blocks, atBlocks, progress);
     eachNearest(blocks, receivers, [&](std::size_t receiver, std::size_t block, bool outside) {
         if (outside)
@@ -173,7 +171,7 @@ long countNearEdge(const ElementField& blocks, const ElementField& receivers, do
 Arrived asItStands(const ElementField& blocks, const std::vector<double>& deviation,
                    const ElementField& receivers) {
     Arrived out;
-    out.stress.assign(countOf(receivers), 0.0);
+    out.stress = field(receivers);
     eachNearest(blocks, receivers, [&](std::size_t receiver, std::size_t block, bool outside) {
         out.outside += outside ? 1 : 0;
         out.stress[receiver] = deviation[block];

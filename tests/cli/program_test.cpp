@@ -1,38 +1,15 @@
 // The program as people call it: arguments in; exit status, output, errors and files out.
 
-#include "support/temporary_folder.h"
+#include "program.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <string>
-#include <sys/wait.h>
-
-using tessaran::test::TemporaryFolder;
+using tessaran::test::Program;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::StartsWith;
 
 namespace {
-
-class Program : public testing::Test {
-  protected:
-    void SetUp() override { setenv("TESSARAN_PROFILE", (folder_ / "profile.ini").c_str(), 1); }
-    void TearDown() override { unsetenv("TESSARAN_PROFILE"); }
-
-    // Exit status; output and errors in out() and err().
-    int run(const std::string& arguments) {
-        const std::string command =
-            std::string(TESSARAN_PROGRAM) + " " + arguments + " >out.log 2>err.log";
-        const int status = std::system(command.c_str());
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-    std::string out() const { return folder_.read("out.log"); }
-    std::string err() const { return folder_.read("err.log"); }
-
-    TemporaryFolder folder_;
-};
 
 constexpr const char* kDrawSquare = "PLINE\n0,0\n10,0\n10,10\n0,10\nClose\n";
 

@@ -4,6 +4,7 @@
 #include "stress/run_outlook.h"
 #include "stress/step_files.h"
 #include "support/temporary_folder.h"
+#include "tests/stress/small_run.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -13,25 +14,10 @@
 namespace tessaran::stress {
 namespace {
 
+using test::modelText;
+using test::Nobody;
 using test::TemporaryFolder;
 using testing::HasSubstr;
-
-class Nobody final : public RunWatch {};
-
-// 20 x 10 elements; the middle of the seam is mined, from the second step on with a gob in it.
-std::string modelText(int steps, const std::string& more = "") {
-    std::string text = "A run\n0.25, 3000000, 600, 1, 1\n2\n1, 300000, 0, 0, 0, 0\n"
-                       "6, 5000, 0, 1, 0, 0\n120, 20, 10, 0.09\n24000, 0, -12000, 72\n"
-                       "1.5, 0.00001, 5000, 1, " +
-                       std::to_string(steps) + ", 0, 0, 0\n1, 1, 1, 1\n" + more;
-    for (int step = 1; step <= steps; ++step)
-        for (int row = 0; row < 10; ++row)
-            text += row == 2   ? "AAAAAAAAAA11111AAAAA\n"
-                    : row == 3 ? (step == 1 ? "AAAAAAAAAA1AAA1AAAAA\n" : "AAAAAAAAAA1BBB1AAAAA\n")
-                    : row == 4 ? "AAAAAAAAAA11111AAAAA\n"
-                               : "AAAAAAAAAAAAAAAAAAAA\n";
-    return text;
-}
 
 TEST(StepFiles, StandInTheInputsFolderAndAreWhatIsSolved) {
     TemporaryFolder folder;
@@ -100,68 +86,6 @@ TEST(FolderLock, IsHeldOnce) {
     }
     EXPECT_TRUE(base::FolderLock::take(folder.path()));
     EXPECT_FALSE(base::FolderLock::take(folder / "none"));
-}
-
-TEST(FullDisk, IsToldForEveryFile) {
-    TemporaryFolder folder;
-    folder.write("m.inp", modelText(1));
-    const auto full = [&](const char* name) {
-        std::filesystem::remove(folder / name);
-        std::filesystem::create_symlink("/dev/full", folder / name);
-    };
-    Nobody nobody;
-    {
-        const auto prepared = prepareRun("m.inp");
-        ASSERT_TRUE(prepared);
-        full("m.f1");
-        const RunReport report = solve(prepared->model, prepared->base, nobody);
-        EXPECT_EQ(report.code(), 1);
-        EXPECT_THAT(report.message, HasSubstr("Error in Opening Output File - PES1\n"));
-        EXPECT_THAT(report.message, HasSubstr("No space left on device"));
-        full("m.out");
-        EXPECT_THAT(solve(prepared->model, prepared->base, nobody).message,
-                    HasSubstr("Error in Opening Output File - M1\nNo space left on device"));
-    }
-    EXPECT_THAT(prepareRun("m.inp").error().text,
-                HasSubstr("Trouble Printing Input File - PI2\nNo space left"));
-    full("STEP1.CHR");
-    EXPECT_THAT(prepareRun("m.inp").error().text, HasSubstr("RI10c\nNo space left"));
-}
-
-TEST(Cancel, InTheMiddleGives1AndKeepsWhatWasWritten) {
-    TemporaryFolder folder;
-    folder.write("m.inp", modelText(2));
-    const auto prepared = prepareRun("m.inp");
-    ASSERT_TRUE(prepared);
-    class AfterStep1 final : public RunWatch {
-      public:
-        void status(const std::string& text) override {
-            over_ = over_ || text.find("Step 2") != std::string::npos;
-        }
-        bool cancelled() override { return over_; }
-
-      private:
-        bool over_ = false;
-    } watch;
-    const RunReport report = solve(prepared->model, prepared->base, watch);
-    EXPECT_EQ(report.ending, RunReport::Ending::cancelled);
-    EXPECT_EQ(report.code(), 1);
-    EXPECT_EQ(report.stepsDone, 1);
-    const std::string results = folder.read("m.f1");
-    EXPECT_EQ(std::count(results.begin(), results.end(), '\n'), 3 + 200);
-}
-
-TEST(Memory, ThatCannotBeHadIsToldByTheArraysRoutine) {
-    TemporaryFolder folder;
-    CModelDat model;
-    model.nX = model.nY = 2'000'000'000; // beyond what any array can hold
-    model.seams.push_back({0.0, 0.0, -12000.0, 72.0});
-    Nobody nobody;
-    const RunReport report = solve(model, folder / "m", nobody);
-    EXPECT_EQ(report.ending, RunReport::Ending::outOfMemory);
-    EXPECT_EQ(report.code(), 1);
-    EXPECT_EQ(report.message,
-              "allocation failure 1 in dmatrix()\n...now exiting to the system...\n");
 }
 
 // --- before and after ---------------------------------------------------------------------------
