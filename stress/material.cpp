@@ -8,7 +8,6 @@ namespace tessaran::stress {
 namespace {
 
 constexpr int kInvalidIndex = 26; // of '0' and '['
-constexpr int kOpenIndex = 27;    // of '1'
 
 double strainSoftening(const std::array<double, 5>& p, double strain) {
     if (strain < p[1])
