@@ -219,6 +219,11 @@ Result<void> sameFrame(const myGrid& earlier, const myGrid& grid) {
         return std::array{low.y, low.x, low.y + g.nY() * g.cellWidthY(),
                           low.x + g.nX() * g.cellWidthX()};
     };
+    if (earlier.nX() != grid.nX() || earlier.nY() != grid.nY())
+        return base::rangeError(
+            fmt::format("The grid which you have specified is not the same size "
+                        "as your previous grids - H-R-{}",
+                        earlier.nX() != grid.nX() ? 5 : 6));
     const auto expected = corners(earlier);
     const auto found = corners(grid);
     for (std::size_t k = 0; k < found.size(); ++k)
@@ -226,11 +231,7 @@ Result<void> sameFrame(const myGrid& earlier, const myGrid& grid) {
             return base::rangeError(fmt::format("The grid which you have specified does not have "
                                                 "the same location as your previous grids - H-R-{}",
                                                 k + 1));
-    if (earlier.nX() == grid.nX() && earlier.nY() == grid.nY())
-        return {};
-    return base::rangeError(fmt::format("The grid which you have specified is not the same size as "
-                                        "your previous grids - H-R-{}",
-                                        earlier.nX() != grid.nX() ? 5 : 6));
+    return {};
 }
 
 // --- the files ----------------------------------------------------------------------------------

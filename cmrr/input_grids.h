@@ -62,8 +62,8 @@ struct Inspection {
 };
 Inspection inspect(GridKind kind, const grid::myGrid& grid);
 
-// Nothing when both lie on the same cells; else the stated text. Compared in the order low Y, low
-// X, high Y, high X, columns, rows.
+// Nothing when both lie on the same cells; else the stated text. Compared in the order columns,
+// rows, low Y, low X, high Y, high X: a grid of another size has its high corner elsewhere too.
 base::Result<void> sameFrame(const grid::myGrid& earlier, const grid::myGrid& grid);
 
 class InputGrids {

@@ -1,9 +1,9 @@
 #include "cells.h"
-#include "cmrr/field_checks.h"
 #include "cmrr/roof_rating.h"
 #include "cmrr/unit_rating.h"
 #include "support/temporary_folder.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -222,6 +222,9 @@ TEST_F(RoofRating, GridsThatLieElsewhereAreRefusedByWhatDiffersFirst) {
     EXPECT_EQ(why({100, 200, 31, 10, 3, 2}), place + " - H-R-4");
     EXPECT_EQ(why({100, 200, 30, 10, 4, 2}), size + " - H-R-5");
     EXPECT_EQ(why({100, 200, 30, 10, 3, 4}), size + " - H-R-6");
+    // More cells of the same size: the corners differ as well.
+    EXPECT_EQ(why({100, 200, 40, 10, 4, 2}), size + " - H-R-5");
+    EXPECT_EQ(why({100, 200, 30, 15, 3, 3}), size + " - H-R-6");
 }
 
 TEST_F(RoofRating, BadPointsWarnThenAsk) {
@@ -242,6 +245,59 @@ TEST_F(RoofRating, BadPointsWarnThenAsk) {
     grids = InputGrids();
     base::NoProgress nobody;
     EXPECT_EQ(needAll(gridsInUse(data), grids, advice, nobody).outcome, GridNeed::Outcome::dropped);
+}
+
+// Every kind with its name, and what it takes for out of range.
+TEST_F(RoofRating, EachKindOfGridIsSpokenOfByItsName) {
+    const auto inspected = [&](GridKind kind, std::array<const char*, 6> values) {
+        folder.write("values.grd", gridText(values));
+        base::NoProgress nobody;
+        const auto grid = InputGrids().need("values.grd", kind, {}, advice, nobody);
+        EXPECT_EQ(grid.ok(), true);
+        const Advice heard = advice;
+        advice = Advice();
+        return heard;
+    };
+    for (const auto& [kind, name] : {std::pair(GridKind::strength, "strength"),
+                                     {GridKind::diametral, "diametral strength"},
+                                     {GridKind::rqd, "RQD"},
+                                     {GridKind::spacing, "discontinuity"},
+                                     {GridKind::axialIs50, "axial strength"},
+                                     {GridKind::ucs, "UCS"}}) {
+        const Advice heard = inspected(kind, {"1", "2", "0", "N", "-1", "0.001"});
+        EXPECT_THAT(heard.warnings,
+                    ElementsAre(fmt::format("The {} grid that was entered contains a point with a "
+                                            "value less than or equal to zero\nat row 1 column 3.  "
+                                            "The program will continue but will not use this point "
+                                            "in the calculations",
+                                            name),
+                                HasSubstr("at row 2 column 2."),
+                                fmt::format("The {} grid that was entered contains some blank data "
+                                            "points\nThe program will continue but the output will "
+                                            "also contain blank data points",
+                                            name)));
+        EXPECT_TRUE(heard.questions.empty());
+        EXPECT_THAT(inspected(kind, {"0", "0", "0", "0", "1", "1"}).questions,
+                    ElementsAre(fmt::format("The {} grid that was entered contains at least 4 or "
+                                            "more points that are\nout of range. Would you like to "
+                                            "continue reading in this grid file?",
+                                            name)));
+    }
+    const Advice water = inspected(GridKind::groundWater, {"1", "5", "0.99", "5.01", "3", "3"});
+    ASSERT_EQ(water.warnings.size(), 2u);
+    EXPECT_EQ(water.warnings[1],
+              "The ground water grid that was entered contains a point value less than 1 or "
+              "greater than 5\nat row 2 column 1. The program will continue but will consider this "
+              "point to be damp.");
+    EXPECT_THAT(inspected(GridKind::groundWater, {"0", "0", "9", "9", "3", "3"}).questions,
+                ElementsAre(HasSubstr("at least 4 or more")));
+    const Advice thickness = inspected(GridKind::thickness, {"-1", "0", "3", "3", "3", "0.5"});
+    EXPECT_THAT(thickness.warnings,
+                ElementsAre("The thickness grid that was entered contains a point with a value "
+                            "less than zero\nat row 1 column 1. The program will continue but "
+                            "will be unable to use this point GR-1."));
+    EXPECT_THAT(inspected(GridKind::thickness, {"-1", "0.49", "3", "3", "3", "3"}).questions,
+                ElementsAre(HasSubstr("at least 2 or more")));
 }
 
 TEST_F(RoofRating, ThicknessAsksAtTheSecondPoint) {
@@ -272,50 +328,6 @@ TEST_F(RoofRating, MissingFilesAreToldByKindAndUnit) {
     data.final.groundWater = file("none.grd");
     EXPECT_EQ(rate().error().text,
               "There was an error reading the thickness grid file - F-OOGWGR-1");
-}
-
-// --- checks of the numbers ----------------------------------------------------------------------
-
-TEST(FieldChecks, KeepTheirIrregularTexts) {
-    const auto both = [](const FieldCheck& field) {
-        return field.notNumber + "|" + field.outOfRange;
-    };
-    EXPECT_EQ(both(thicknessCheck(2)),
-              "The input for the thickness 2 must be a real number - UD-CT2-1|"
-              "The input for the thickness 2 must be greater than zero - UD-CT2-2");
-    EXPECT_EQ(both(thicknessCheck(3)),
-              "The input for the thickness 3 must be a real number - UD-CT3-1|"
-              "The input for the thickness 3 must be greater than zero UD-CT3-2");
-    EXPECT_EQ(both(thicknessCheck(4)),
-              "The input for the thickness 4 must be a real number UD-CT4-1|"
-              "The input for the thickness 4 must be greater than zero - UD-CT4-2");
-    EXPECT_EQ(both(unitRatingCheck(5)), "The input for the unit rating 5 must be a real number "
-                                        "UD-CR5-1|The input for the unit rating 5 must be between "
-                                        "1 and 100 UD-CR5-2");
-    EXPECT_EQ(both(spacingCheck(2)),
-              "The input for set 2 spacing must be a real number - S-CS2S-1|"
-              "The input for set 2 spacing must be between 1 and 3 - S-CS2S-2");
-    EXPECT_EQ(both(spacingCheck(3)),
-              "The input for set 3 spacing must be a real number|"
-              "The input for set 3 spacing must be between 1 and 3 - S-CS3S-1");
-    EXPECT_EQ(both(cohesionCheck(3)),
-              "The input for set 3 cohesion must be a real number - S-CS2C-1|"
-              "The input for set 3 cohesion must be between 1 and 4 S-CS2C-2");
-    EXPECT_EQ(both(persistenceCheck(3)),
-              "The input for set 3 persistance must be a real number - S-CS3P-1|"
-              "The input for set 3 persistance must be between 1 and 3 - S-CS3P-2");
-}
-
-TEST(FieldChecks, HoldTheEndsOfTheirRanges) {
-    EXPECT_TRUE(readNumber(kMoistureCheck, " 4 "));
-    EXPECT_TRUE(readNumber(kMoistureCheck, "1"));
-    EXPECT_EQ(readNumber(kMoistureCheck, "4.01").error().text, kMoistureCheck.outOfRange);
-    EXPECT_EQ(readNumber(kRqdCheck, "0").error().text, kRqdCheck.outOfRange);
-    for (const char* text : {"", "x", "1 2", "nan", "inf", "1e400"})
-        EXPECT_EQ(readNumber(kRqdCheck, text).error().text, kRqdCheck.notNumber) << text;
-    EXPECT_EQ(readWhole(kUnitsCheck, "2.5").error().text, kUnitsCheck.notNumber);
-    EXPECT_EQ(readWhole(kUnitsCheck, "6").error().text, kUnitsCheck.outOfRange);
-    EXPECT_EQ(*readWhole(kDiscontinuitiesCheck, "0"), 0);
 }
 
 } // namespace
