@@ -78,12 +78,13 @@ const FieldCheck kDiscontinuitiesCheck{"The input for the number of sets must be
                                        "D-OKED-1",
                                        "The number of sets must be between 0 and 3 - D-OKED-1", 0.0,
                                        kMostSets, false};
-const FieldCheck kStrengthIndexCheck =
-    index("The input for the strength index must be a real number",
-          "The input for the strength index must be between 1 and 5", kHighestStrengthIndex);
-const FieldCheck kNoDiscontinuityCheck = index(
-    "The input for the no-discontinuity index must be a real number",
-    "The input for the no-discontinuity index must be between 1 and 3", kHighestNoDiscontinuity);
+const FieldCheck kStrengthIndexCheck = index(
+    "The input for the strength index must be a real number - D-CSI-1",
+    "The input for the strength index must be between 1 and 5 - D-CSI-2", kHighestStrengthIndex);
+const FieldCheck kNoDiscontinuityCheck =
+    index("The input for the no-discontinuity index must be a real number - D-CND-1",
+          "The input for the no-discontinuity index must be between 1 and 3 - D-CND-2",
+          kHighestNoDiscontinuity);
 const FieldCheck kMoistureCheck =
     index("The input for the moisture must be a real number - CL-CM-1",
           "The input for the moisture must be between 1 and 4 - CL-CM-2", kHighestMoistureIndex);

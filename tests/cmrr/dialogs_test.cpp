@@ -127,7 +127,7 @@ TEST(CmrrDialogs, EveryFailedCheckKeepsItsDialogOpen) {
         ":press Unit1/Details...\n"
         ":set Strength Index = 6\n"
         ":ok\n"
-        ":expect (message) The input for the strength index must be between 1 and 5\n"
+        ":expect (message) The input for the strength index must be between 1 and 5 - D-CSI-2\n"
         ":set Strength Index = 1\n"
         ":set Number of Discontinuities = 4\n"
         ":ok\n"
