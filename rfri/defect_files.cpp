@@ -1,6 +1,7 @@
 #include "rfri/defect_files.h"
 
 #include "base/file.h"
+#include "base/text.h"
 #include "grid/base_grid.h"
 #include "grid/grid_file.h"
 #include "host/host.h"
@@ -110,6 +111,11 @@ std::string workingPath(Host& host, const std::string& file) {
     const std::string* folder = prefix ? std::get_if<std::string>(&*prefix) : nullptr;
     return folder == nullptr || folder->empty() ? file
                                                 : (std::filesystem::path(*folder) / path).string();
+}
+
+std::string gridFileName(const std::string& typed, const std::string& before) {
+    const std::string_view name = base::trimmed(typed);
+    return name.empty() ? before : base::withEnding(name, ".grd");
 }
 
 bool matches(const myGrid& grid, const myGrid& base) {

@@ -17,6 +17,10 @@ namespace tessaran::rfri {
 // drawing), a whole path stays.
 std::string workingPath(host::Host& host, const std::string& file);
 
+// A grid file's name as it was typed, with ".grd" at its end, by which it is read again; an empty
+// one leaves the name that stood there before.
+std::string gridFileName(const std::string& typed, const std::string& before);
+
 // Same counts; widths and origin within 1e-6, or 1e-6 of a cell where that is more.
 bool matches(const grid::myGrid& grid, const grid::myGrid& base);
 

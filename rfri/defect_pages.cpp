@@ -96,7 +96,9 @@ void CDefectTab::describe(host::PageBuilder& page) {
     describeLevel(page);
     page.check("Graduated", record_.graduated);
     page.text("Layer", record_.layer);
-    page.text("File", record_.file);
+    page.text("File", record_.file).onChange([this](DialogSession&, const std::string& before) {
+        record_.file = gridFileName(record_.file, before);
+    });
     page.button("< &Draw", [this](DialogSession& session) { draw(session); });
     page.button("< &Build Grid", [this](DialogSession& session) { build(session); });
     page.button("< &Edit Grid", [this](DialogSession& session) { edit(session); });
@@ -222,50 +224,56 @@ void CDefectTab::build(DialogSession& session) {
     if (!session.validate(*this) ||
         !output_.mayRebuild(host, false, "Old grid is not saved yet! Please save the grid"))
         return;
-    output_.markEmpty();
-    if (!grid::defineFromBaseGrid(host, grid_)) {
+    // A grid that was built stays until the user lets the next build begin.
+    grid::myGrid base;
+    if (!grid::defineFromBaseGrid(host, output_.built() ? base : grid_)) {
+        output_.markEmpty();
         host.dialogs().message("Grid initialization error!");
         return;
     }
     const DialogSession::Hidden hidden(session);
-    if (fill(host))
-        output_.markBuilt();
+    fill(host, output_.built() ? base : grid_);
 }
 
 // Outline, highlighting and the closer view last as long as this.
-bool CDefectTab::fill(Host& host) {
-    const host::ZoomedTo zoomed(host, geometry::boxOf(grid::outlineAround(grid_, 0.0)));
+void CDefectTab::fill(Host& host, const grid::myGrid& base) {
+    const host::ZoomedTo zoomed(host, geometry::boxOf(grid::outlineAround(base, 0.0)));
     host::ShownGraphics shown(host.graphics());
-    grid::showGridOutline(shown, grid_, host::colour::kYellow);
+    grid::showGridOutline(shown, base, host::colour::kYellow);
     const auto objects =
-        grid::objectsOverGrid(host, grid_, 0.0, {record_.layer}, host::kPolylineTypes);
+        grid::objectsOverGrid(host, base, 0.0, {record_.layer}, host::kPolylineTypes);
     host.print(fmt::format("\nTotal number of features found: {} in Layers: {}", objects.size(),
                            record_.layer));
     if (objects.empty()) {
+        output_.markEmpty();
         host::waitForEnter(host, host::kQuitMessage);
-        return false;
+        return;
     }
     const host::Highlighted highlighted(host.graphics(), objects);
     if (!host::waitForEnter(host))
-        return false;
+        return;
+    if (output_.built() && !grid::defineFromBaseGrid(host, grid_))
+        return;
+    output_.markEmpty();
     const auto defects = defectsOf(host, objects);
     const base::ProgressRun run(host.meter(), fmt::format("{} Griding...", category_.singular), 1,
                                 static_cast<long>(objects.size()));
     if (gridDefects(defects, record_.graduated, grid_, host.meter()))
-        return true;
-    host.print("\nCanceled by user!");
-    return false;
+        output_.markBuilt();
+    else
+        host.print("\nCanceled by user!");
 }
 
+// One for each object, so that the meter counts objects; those that do not count reach nothing.
 std::vector<Defect> CDefectTab::defectsOf(Host& host, const std::vector<EntityId>& objects) const {
-    std::vector<Defect> defects;
+    std::vector<Defect> defects(objects.size());
     std::size_t unseen = 0;
     for (std::size_t k = 0; k < objects.size(); ++k) {
         auto defect = defectOf(host, objects[k], k + 1);
         if (!defect)
             continue;
         unseen += defect->level <= kBackground ? 1 : 0;
-        defects.push_back(std::move(*defect));
+        defects[k] = std::move(*defect);
     }
     if (unseen > 0)
         host.print(

@@ -37,7 +37,7 @@ class CDefectTab final : public host::DialogPage {
     void drawLine(host::Host& host, const host::Point3& start) const;
 
     void build(host::DialogSession& session);
-    bool fill(host::Host& host);
+    void fill(host::Host& host, const grid::myGrid& base);
     std::vector<Defect> defectsOf(host::Host& host,
                                   const std::vector<host::EntityId>& objects) const;
     std::optional<Defect> defectOf(host::Host& host, host::EntityId id, std::size_t number) const;

@@ -24,7 +24,10 @@ void FinalPage::describe(host::PageBuilder& page) {
         "Defect Grids", {"Category", "File"}, [this] { return fileRows(); }, selected_);
     page.button("Final RFRI Calculation",
                 [this](DialogSession& session) { calculate(session.host()); });
-    page.text("Output File", outputFile_);
+    page.text("Output File", outputFile_)
+        .onChange([this](DialogSession&, const std::string& before) {
+            outputFile_ = gridFileName(outputFile_, before);
+        });
     page.text("Title", title_);
     page.button("< &Draw", [this](DialogSession& session) { draw(session); });
     page.button("&Save", [this](DialogSession& session) {

@@ -177,6 +177,35 @@ TEST(DefectBuild, WithoutFeaturesKeepsNoGridAndAsksBeforeUnsavedOnesGo) {
     EXPECT_FALSE(std::filesystem::exists("RFRI_RockDebris.grd"));
 }
 
+// Nothing is lost before the build really begins.
+TEST(DefectBuild, EscapeBeforeItBeginsKeepsThePresentGrid) {
+    ScriptRun run;
+    addDefect(run, "RFRI_Water", 5, {{25, 0}, {25, 20}});
+    run(kOpen + ":page Ground Water\n:set Influence Distance = 10\n:set Defect Level = 5\n"
+                ":set Influence Distance = 0\n:press Build Grid\n\n"
+                ":set Influence Distance = 50\n:press Build Grid\n:answer ok\n^C\n"
+                ":press Save Grid\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("(question) Old grid is not saved yet! Please save the grid -> ok"));
+    EXPECT_EQ(cells(run, "RFRI_Water.grd"), (Cells{1, 1, 5, 1, 1, 1, 1, 5, 1, 1}));
+}
+
+TEST(DefectDialog, FilesGetTheirEndingAndKeepAName) {
+    ScriptRun run;
+    addDefect(run, "RFRI_Water", 5, {{25, 0}, {25, 20}});
+    run(kOpen + ":page Ground Water\n:set File = wet\n:set File =  \n:press Build Grid\n\n"
+                ":press Save Grid\n:ok\n"
+                "zelk_RFRI_Draw\n:page Ground Water\n:show\n:expect File = wet.grd\n:cancel\n"
+                "zelk_RFRI_Calc\n:press Final RFRI Calculation\n:set Output File =\n"
+                ":set Output File = total\n:press Save\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("wet.grd was successfully read into the grid"));
+    EXPECT_TRUE(run.folder().has("wet.grd"));
+    EXPECT_TRUE(run.folder().has("total.grd"));
+    EXPECT_FALSE(run.folder().has("RFRI_Water.grd"));
+}
+
 TEST(DefectDialog, CancelledLeavesTheDocumentsRecordsAndDocumentsHaveTheirOwn) {
     ScriptRun run;
     run("zelk_RFRI_Draw\n:page Roof Shape\n:set Defect Level = 5\n:check Graduated\n:cancel\n"
