@@ -49,7 +49,7 @@ void FinalPage::finish(DialogSession& session) {
     }
     if (result->grid && !writeGrids(host, *result))
         return;
-    rating_ = base::general(result->cmrr.mean);
+    rating_ = result->cmrr.none ? "none" : base::general(result->cmrr.mean);
     report_ = reportText(roof_.data, *result);
     host.print("\n" + report_);
 }

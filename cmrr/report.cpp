@@ -72,6 +72,8 @@ bool anyCore(const RoofData& data) {
 } // namespace
 
 std::string rangeText(const Range& range, bool ofGrid) {
+    if (range.none)
+        return "none";
     if (!ofGrid)
         return numberText(range.mean);
     return fmt::format("mean {} ({} to {})", numberText(range.mean), numberText(range.lowest),
@@ -81,9 +83,10 @@ std::string rangeText(const Range& range, bool ofGrid) {
 std::string reportText(const RoofData& data, const RoofResult& result) {
     const bool ofGrid = result.cells > 0;
     std::string text = unitLines(data, result);
-    if (ofGrid)
+    if (ofGrid && !result.cmrr.none)
         text += "Means over the cells that have a rating, and the most units that are bolted:\n";
-    text += partLines(data, result);
+    if (!result.cmrr.none)
+        text += partLines(data, result);
     text += labelled("CMRR", rangeText(result.cmrr, ofGrid));
     if (ofGrid)
         text += labelled("Cells without a rating",

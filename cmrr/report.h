@@ -9,7 +9,7 @@
 
 namespace tessaran::cmrr {
 
-// "53.8", or "mean 53.8 (41 to 60.2)" of a grid.
+// "53.8", or "mean 53.8 (41 to 60.2)" of a grid, or "none" where no cell has a value.
 std::string rangeText(const Range& range, bool ofGrid);
 
 // Lines without an end after the last.

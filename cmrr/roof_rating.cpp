@@ -169,7 +169,7 @@ std::unique_ptr<myGrid> ratingGrid(const myGrid& frame, const Rating& rating) {
 // Rows are summed by themselves, so that the mean does not depend on the threads.
 Range rangeOf(const myGrid& grid) {
     constexpr double kNoEnd = std::numeric_limits<double>::infinity();
-    std::vector<Range> rows(static_cast<std::size_t>(grid.nY()), Range{0.0, kNoEnd, -kNoEnd, 0});
+    std::vector<Range> rows(static_cast<std::size_t>(grid.nY()), Range{0.0, kNoEnd, -kNoEnd});
     base::parallelRanges(0, grid.nY(), kRowGrain, [&](int begin, int end) {
         for (int j = begin; j < end; ++j) {
             Range range = rows[static_cast<std::size_t>(j)];
@@ -185,7 +185,7 @@ Range rangeOf(const myGrid& grid) {
             rows[static_cast<std::size_t>(j)] = range;
         }
     });
-    Range all{0.0, kNoEnd, -kNoEnd, 0};
+    Range all{0.0, kNoEnd, -kNoEnd};
     for (const Range& row : rows) {
         all.mean += row.mean;
         all.lowest = std::min(all.lowest, row.lowest);
@@ -194,7 +194,7 @@ Range rangeOf(const myGrid& grid) {
     }
     const auto cells = static_cast<std::size_t>(grid.nX()) * static_cast<std::size_t>(grid.nY());
     if (all.withoutValue == cells)
-        return {0.0, 0.0, 0.0, cells};
+        return {0.0, 0.0, 0.0, cells, true};
     all.mean /= static_cast<double>(cells - all.withoutValue);
     return all;
 }
@@ -310,7 +310,7 @@ Result<void> rateUnits(const RoofData& data, const InputGrids& grids, const myGr
         if (!ratingIsGrid(unit, n)) {
             if (!unit.rating)
                 return base::stateError(missingRatingText(n));
-            result.units[u] = {*unit.rating, *unit.rating, *unit.rating, 0};
+            result.units[u] = {*unit.rating, *unit.rating, *unit.rating};
             continue;
         }
         result.unitGrids[u] = unitRatingGrid(unit, n, grids, *frame);
@@ -358,7 +358,7 @@ Result<RoofResult> rateRoof(const RoofData& data, const InputGrids& grids) {
         if (!how)
             return base::rangeError("The CMRR could not be calculated.");
         result.how = *how;
-        result.cmrr = {how->cmrr, how->cmrr, how->cmrr, 0};
+        result.cmrr = {how->cmrr, how->cmrr, how->cmrr};
         return result;
     }
     result.grid = emptyGridLike(*frame);

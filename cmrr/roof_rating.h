@@ -23,6 +23,7 @@ struct Range {
     double lowest = 0.0;
     double highest = 0.0;
     std::size_t withoutValue = 0; // cells
+    bool none = false;            // no cell has a value, and the numbers say nothing
 };
 
 struct RoofResult {

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 namespace tessaran::cmrr {
 namespace {
 
@@ -233,6 +235,39 @@ TEST(CmrrDialogs, ReadyRatingsComeFromAFile) {
         ":expect mean 50 (40 to 60)\n");
     EXPECT_EQ(run.status(), 0) << run.report();
     EXPECT_EQ(run.folder().read("CMRR.grd"), "precious");
+}
+
+TEST(CmrrDialogs, NoRatingAnywhereIsNoneAndNotZero) {
+    ScriptRun run;
+    run.folder().write("none.grd", evenGrid("-999"));
+    run("CMRR\n:set Unit1/Thickness = 4\n"
+        ":set Unit1/Rating Grid File = none.grd\n:answer yes\n"
+        ":press Next...\n:set Bolt Length(ft) = 4\n:press Finish\n:show\n");
+    EXPECT_EQ(run.status(), 0) << run.report();
+    for (const char* line :
+         {"Final CMRR: none\n", "Unit 1 rating               none, from a grid of ratings\n",
+          "CMRR                        none\n", "Cells without a rating      6 of 6\n"})
+        EXPECT_THAT(run.transcript(), HasSubstr(line));
+    EXPECT_THAT(run.transcript(), Not(HasSubstr("Strong bed")));
+}
+
+TEST(CmrrDialogs, GridsGoToTheDrawingsFolderFirstThenToTheUnitFiles) {
+    ScriptRun run;
+    run.folder().write("ready.grd", evenGrid("50"));
+    std::filesystem::create_directories("plans");
+    std::filesystem::create_directories("units");
+    run("CMRR\n:set Unit1/Thickness = 4\n:set Unit1/Rating Grid File = ready.grd\n"
+        ":press Save As...\n:file units/roof.cmr\n"
+        ":press Next...\n:set Bolt Length(ft) = 4\n:press Finish\n:cancel\n:press Save\n:cancel\n"
+        "SAVEAS\nplans/mine.dxf\n"
+        "CMRR\n:press Open...\n:file units/roof.cmr\n:press Next...\n"
+        ":check Keep Unit Grid Files\n:press Finish\n:cancel\n:cancel\n:answer no\n");
+    EXPECT_EQ(run.status(), 0) << run.report();
+    EXPECT_TRUE(run.folder().has("units/CMRR.grd"));
+    EXPECT_FALSE(run.folder().has("units/CMRR_Unit1.grd"));
+    EXPECT_TRUE(run.folder().has("plans/CMRR.grd"));
+    EXPECT_TRUE(run.folder().has("plans/CMRR_Unit1.grd"));
+    EXPECT_FALSE(run.folder().has("CMRR.grd"));
 }
 
 TEST(CmrrDialogs, UnsavedDataAreAskedAboutAndOpenedAgain) {
