@@ -58,16 +58,26 @@ bool findBaseGrid(Host& host, const CategoryRecords& records) {
     return false;
 }
 
+// "FILE.bak", or "FILE.bak2" and so on where such files are there already: a base grid that changes
+// twice must not cost what was kept the first time.
+std::string freeBackupName(const std::string& path) {
+    std::string name = path + ".bak";
+    for (int k = 2; base::fileExists(name); ++k)
+        name = fmt::format("{}.bak{}", path, k);
+    return name;
+}
+
 // False, and told, when the file in the way cannot be put aside.
 bool putAside(Host& host, const std::string& path) {
+    const std::string kept = freeBackupName(path);
     std::error_code error;
-    std::filesystem::rename(path, path + ".bak", error);
+    std::filesystem::rename(path, kept, error);
     if (error) {
         host.print(fmt::format("\nFile {} is not on the base grid and cannot be renamed: {}", path,
                                error.message()));
         return false;
     }
-    host.print(fmt::format("\nFile {} is not on the base grid and is kept as {}.bak", path, path));
+    host.print(fmt::format("\nFile {} is not on the base grid and is kept as {}", path, kept));
     return true;
 }
 

@@ -29,8 +29,9 @@ void takeBaseRotation(host::Host& host, grid::myGrid& grid);
 
 // What the final calculation needs. Files that can be read set the drawing's base grid when there
 // is none. Where a file is missing, or matches the base grid not, a grid of the category's default
-// value is written; a file that it replaces stays as FILE.bak. Files that cannot be read stay as
-// they are. All is told at the command line. False when there is no base grid after this.
+// value is written; a file that it replaces stays as FILE.bak (FILE.bak2 and so on where there is
+// one). Files that cannot be read stay as they are. All is told at the command line. False when
+// there is no base grid after this.
 bool prepareDefectFiles(host::Host& host, const CategoryRecords& records);
 
 } // namespace tessaran::rfri

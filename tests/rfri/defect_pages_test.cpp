@@ -294,6 +294,25 @@ TEST(FinalDialog, TakesTheBaseGridFromFilesAndReplacesWhatDoesNotMatch) {
     EXPECT_EQ(run.folder().read("RFRI_AngDisc.grd"), "not a grid\n");
 }
 
+TEST(FinalDialog, KeepsWhatItReplacesEachTime) {
+    ScriptRun run;
+    const auto wider = [](int columns) {
+        return fmt::format("zelk_setGrid\n:set Number of Cells in X Direction = {}\n:ok\n"
+                           "zelk_RFRI_Calc\n:ok\n",
+                           columns);
+    };
+    grid::myGrid observed;
+    observed.setupGrid(5, 2, 10, 10, 0);
+    observed.fillValue(4.0);
+    ASSERT_TRUE(observed.writeGrid(run.host(), "RFRI_Water.grd"));
+    run(kBaseGrid + wider(6) + wider(5));
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_EQ(cells(run, "RFRI_Water.grd.bak"), Cells(10, 4.0));
+    EXPECT_EQ(cells(run, "RFRI_Water.grd.bak2"), Cells(12, 3.0));
+    EXPECT_EQ(cells(run, "RFRI_Water.grd"), Cells(10, 3.0));
+    EXPECT_THAT(run.transcript(), HasSubstr("RFRI_Water.grd.bak2\n"));
+}
+
 TEST(FinalDialog, DrawsTheGridInColours) {
     ScriptRun run;
     run(kBaseGrid + "zelk_RFRI_Calc\n:press Final RFRI Calculation\n:press Draw\n:ok\n");
