@@ -93,6 +93,7 @@ void Conversation::breakAt(const Line& line) {
 Line Conversation::take() {
     Line line = *std::exchange(next_, std::nullopt);
     current_ = line.number;
+    givenFrom_.reset();
     automatic_ = 0;
     enters_ = 0;
     broken_ = false;
@@ -101,11 +102,30 @@ Line Conversation::take() {
 }
 
 bool Conversation::refuse(const std::string& why) {
+    if (givenFrom_)
+        return refuse(why, {Refusal::What::given, *givenFrom_});
+    return refuse(why, {Refusal::What::line});
+}
+
+void Conversation::refuseLeftOver() {
+    if (given_.empty())
+        return;
+    const std::string left(base::trimmed(std::exchange(given_, {})));
+    refuse(fmt::format("\"{}\" was not asked for", left), {Refusal::What::given, left});
+}
+
+void Conversation::refuseCommand(const std::string& why) {
+    given_.clear();
+    refuse(why, {Refusal::What::command});
+}
+
+bool Conversation::refuse(const std::string& why, const Refusal& refusal) {
     if (interactive()) {
         transcript_.line(why);
         given_.clear();
+        givenFrom_.reset();
         if (refused_)
-            refused_();
+            refused_(refusal);
         return true;
     }
     if (!failure_)
@@ -125,6 +145,7 @@ std::optional<Conversation::Answer> Conversation::givenAnswer(bool oneWord) {
         return std::nullopt;
     const std::size_t blank = oneWord ? rest.find(' ') : std::string_view::npos;
     Answer answer{Answer::Kind::text, std::string(rest.substr(0, blank))};
+    givenFrom_ = std::string(rest);
     given_ = blank == std::string_view::npos ? std::string{} : std::string(rest.substr(blank));
     transcript_.echo(answer.text, Transcript::Place::behindPrompt);
     return answer;

@@ -43,11 +43,25 @@ class Conversation {
     // The line taken last is in error. True: a person typed it, so ask again; false: the talk is
     // over.
     bool refuse(const std::string& why);
+    // What was given behind the command's name and nothing took is in error; none is no error.
+    void refuseLeftOver();
+    // The command failed as a whole: the lines since its name came to nothing.
+    void refuseCommand(const std::string& why);
     // Whether nothing more is answered: everything open is to be cancelled.
     bool over() const { return failure_.has_value() || ended_; }
     void end() { ended_ = true; }
-    // Told when the line taken last was refused and a person is asked again.
-    void setRefused(std::function<void()> refused) { refused_ = std::move(refused); }
+    // What of a person's lines was refused.
+    struct Refusal {
+        enum class What {
+            line,   // the one taken last
+            given,  // the end of the command's line, from the answer refused on
+            command // the command's line and all that followed
+        };
+        What what = What::line;
+        std::string unused{}; // for `given`: that end of the line
+    };
+    // Told when something was refused and a person is asked again.
+    void setRefused(std::function<void(const Refusal&)> refused) { refused_ = std::move(refused); }
     // "SCRIPT:LINE: why" of the line in error.
     const std::optional<std::string>& failure() const { return failure_; }
 
@@ -85,6 +99,7 @@ class Conversation {
 
   private:
     bool fill(const Waiting& waiting);
+    bool refuse(const std::string& why, const Refusal& refusal);
     bool carryOut(const Line& line, const std::string& waiting);
     void show(const std::string& waiting);
     void expect(const Line& line, const std::string& waiting);
@@ -101,6 +116,7 @@ class Conversation {
     int number_ = 0;                                            // of the line read last
     int current_ = 0;                                           // of the line taken last
     std::string given_;
+    std::optional<std::string> givenFrom_; // the answer taken last stood there, and what follows it
     std::vector<host::DialogSession*> sessions_;
     bool ended_ = false;
     std::optional<std::string> failure_;
@@ -112,7 +128,7 @@ class Conversation {
     int automatic_ = 0;
     std::function<std::uint64_t()> activity_;
 
-    std::function<void()> refused_;
+    std::function<void(const Refusal&)> refused_;
     std::function<bool()> interrupted_;
     long pollsLeft_ = 0; // 0: no break ordered
     bool broken_ = false;

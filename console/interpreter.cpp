@@ -1,6 +1,5 @@
 #include "console/interpreter.h"
 
-#include "base/text.h"
 #include "console/plain_commands.h"
 
 #include <fmt/format.h>
@@ -51,11 +50,7 @@ void Interpreter::command(const Line& line) {
     conversation_.beginCommand();
     conversation_.setGiven(typed.rest);
     runCommand(*typed.command);
-    if (!conversation_.given().empty()) {
-        const std::string left = conversation_.given();
-        conversation_.setGiven({});
-        conversation_.refuse(fmt::format("\"{}\" was not asked for", base::trimmed(left)));
-    }
+    conversation_.refuseLeftOver();
 }
 
 // A command that was cancelled keeps what it did until then, as one step to undo; one that ended by
@@ -75,7 +70,7 @@ void Interpreter::runCommand(const Command& found) {
         database.endCommand();
     } catch (const std::exception& error) {
         database.rollBack();
-        conversation_.refuse(fmt::format("{} failed: {}", command.localName, error.what()));
+        conversation_.refuseCommand(fmt::format("{} failed: {}", command.localName, error.what()));
     }
 }
 

@@ -40,23 +40,37 @@ DesktopSession::DesktopSession(const Options& options)
     console::addPlainCommands(host_);
     window_.setInDialog([this] { return frontEnd_.inDialog(); });
     lines_.setWait(
-        [this](const std::string& prompt) {
-            if (prompt.empty())
-                frontEnd_.settle();
-            window_.waitBegins();
-        },
-        [this] { window_.waitEnds(); });
-    conversation_.setRefused([this] {
-        recorder_.dropLast();
-        lines_.refused();
+        [this] { window_.waitBegins(); }, [this] { window_.waitEnds(); });
+    conversation_.setRefused(
+        [this](const console::Conversation::Refusal& refusal) { refused(refusal); });
+    interpreter_.setIdle([this] {
+        frontEnd_.settle();
+        window_.commandEnds();
+        autosaves_.offer(state_.workspace);
     });
-    interpreter_.setIdle([this] { autosaves_.offer(state_.workspace); });
     QObject::connect(&autosaveTimer_, &QTimer::timeout, &window_, [this] {
         if (lines_.atCommandPrompt())
             autosaves_.offer(state_.workspace);
     });
     autosaveTimer_.setInterval(kAutosaveLook);
     window_.restore();
+}
+
+// What was refused is left out of the script of the session.
+void DesktopSession::refused(const console::Conversation::Refusal& refusal) {
+    using What = console::Conversation::Refusal::What;
+    switch (refusal.what) {
+    case What::line:
+        recorder_.dropLast();
+        break;
+    case What::given:
+        recorder_.shortenCommand(refusal.unused);
+        break;
+    case What::command:
+        recorder_.dropCommand();
+        break;
+    }
+    lines_.refused();
 }
 
 // Drawings that a crash left without a file.

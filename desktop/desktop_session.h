@@ -38,6 +38,7 @@ class DesktopSession {
   private:
     void offerAbandoned();
     void keepCopies();
+    void refused(const console::Conversation::Refusal& refusal);
 
     Options options_;
     console::HostState state_;

@@ -206,9 +206,8 @@ void MainWindow::closeTab(int index) {
 }
 
 void MainWindow::saveSessionScript(const QString& path) {
-    const auto from = recordedFrom_.find(&parts_.state.workspace.database());
-    const auto written = base::writeFile(
-        utf8(path), parts_.recorder.script(from == recordedFrom_.end() ? 0 : from->second));
+    const auto written =
+        base::writeFile(utf8(path), drawings_.script(parts_.recorder, parts_.state.workspace));
     if (!written)
         QMessageBox::warning(this, "Tessaran", qt(written.error().message()));
     else
@@ -260,7 +259,7 @@ void MainWindow::keep() {
 // -----------------------------------------------------------------------------
 
 void MainWindow::waitBegins() {
-    noteOpened();
+    commandEnds(); // drawings that came without a command
     showDocuments();
     commands_->showPrompt(parts_.board.current());
     view_->refresh();
@@ -274,20 +273,10 @@ void MainWindow::waitEnds() {
     commands_->showBusy();
 }
 
-// Drawings that have come: their lines of the record begin here, and they are recent ones.
-void MainWindow::noteOpened() {
-    const auto& documents = parts_.state.workspace.documents();
-    std::erase_if(recordedFrom_, [&](const auto& entry) {
-        return std::none_of(documents.begin(), documents.end(), [&](const auto& document) {
-            return document->database.get() == entry.first;
-        });
-    });
-    for (const auto& document : documents) {
-        if (!recordedFrom_.emplace(document->database.get(), parts_.recorder.size()).second)
-            continue;
-        if (const auto& path = document->database->path(); !path.empty())
-            addRecent(parts_.state.profileFile, path);
-    }
+void MainWindow::commandEnds() {
+    for (const std::filesystem::path& opened :
+         drawings_.note(parts_.state.workspace, parts_.recorder.size()))
+        addRecent(parts_.state.profileFile, opened);
 }
 
 QString MainWindow::tabText(const console::Document& document) const {

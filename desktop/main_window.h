@@ -6,6 +6,7 @@
 #include "console/console_host.h"
 #include "desktop/command_panel.h"
 #include "desktop/drawing_view.h"
+#include "desktop/recorded_drawings.h"
 #include "desktop/status_meter.h"
 #include "desktop/window_lines.h"
 
@@ -68,6 +69,8 @@ class MainWindow final : public QMainWindow {
     // --- around each wait for a line
     void waitBegins();
     void waitEnds();
+    // After each command: drawings may have come and gone.
+    void commandEnds();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -84,7 +87,6 @@ class MainWindow final : public QMainWindow {
     void escape();
     void submit(const std::string& typed);
     void showDocuments();
-    void noteOpened();
     void showCursor(const std::optional<host::Point3>& at);
     void closeTab(int index);
     QString tabText(const console::Document& document) const;
@@ -104,8 +106,7 @@ class MainWindow final : public QMainWindow {
     bool dark_ = true;
     std::unique_ptr<MainMenu> menu_;
     std::function<bool()> inDialog_;
-    // Where each open drawing's lines begin in the record.
-    std::map<const drawing::Database*, std::size_t> recordedFrom_;
+    RecordedDrawings drawings_;
 };
 
 } // namespace tessaran::desktop

@@ -18,7 +18,6 @@ WindowFrontEnd::WindowFrontEnd(console::HostState& state, console::Conversation&
       dialogs_(parts.window, &parts.recorder), watched_(dialogs_),
       progress_(new ProgressDialog(parts.busy, &parts.window)), workspace_(state.workspace) {
     conversation_.setInterrupted([this] { return interrupted(); });
-    conversation_.setRefused([this] { parts_.recorder.dropLast(); });
     parts_.recorder.setRecorded([this] {
         conversation_.forgetBreak();
         parts_.busy.forget();
@@ -57,21 +56,42 @@ console::FrontEnd::Unsaved WindowFrontEnd::unsavedChanges(const std::string& doc
     box.setObjectName("unsavedQuestion");
     box.setInformativeText("They will be lost if you do not save them.");
     box.setDefaultButton(QMessageBox::Save);
-    switch (box.exec()) {
+    const int pressed = box.exec();
+    if (!savedFirst_.empty())
+        recordQuitAgain();
+    switch (pressed) {
     case QMessageBox::Save:
-        // A script says no to the question, saves, and closes again.
-        parts_.recorder.record(":answer no");
-        parts_.recorder.record("SAVE");
-        savedFirst_ = document;
+        recordSaving(document);
         parts_.lines.prepare({""}); // without a file: the file dialog
         return Unsaved::save;
     case QMessageBox::Discard:
         parts_.recorder.record(":answer yes");
+        ++discarded_;
         return Unsaved::discard;
     default:
         parts_.recorder.record(":answer no");
         return Unsaved::keepOpen;
     }
+}
+
+// A script says no to the question, saves, and asks to close again.
+void WindowFrontEnd::recordSaving(const std::string& document) {
+    parts_.recorder.record(":answer no");
+    if (workspace_.current().name != document) {
+        parts_.recorder.record("DOCUMENT");
+        parts_.recorder.record(document);
+    }
+    parts_.recorder.record("SAVE");
+    savedFirst_ = document;
+}
+
+// Several drawings are asked about when the program is to end: after one that was saved the script
+// comes back to the question here past those that were given up.
+void WindowFrontEnd::recordQuitAgain() {
+    parts_.recorder.record("QUIT");
+    for (int k = 0; k < discarded_; ++k)
+        parts_.recorder.record(":answer yes");
+    savedFirst_.clear();
 }
 
 void WindowFrontEnd::settle() {
@@ -81,6 +101,7 @@ void WindowFrontEnd::settle() {
     if (!savedFirst_.empty() && closed)
         parts_.recorder.record("CLOSE");
     savedFirst_.clear();
+    discarded_ = 0;
 }
 
 bool WindowFrontEnd::wantsRecovered(const std::filesystem::path& copy) {

@@ -51,6 +51,8 @@ class WindowFrontEnd final : public console::FrontEnd {
 
   private:
     bool interrupted();
+    void recordSaving(const std::string& document);
+    void recordQuitAgain();
 
     console::Conversation& conversation_;
     Parts parts_;
@@ -61,6 +63,7 @@ class WindowFrontEnd final : public console::FrontEnd {
     bool broken_ = false;
     console::Workspace& workspace_;
     std::string savedFirst_; // the drawing that is saved before it is closed
+    int discarded_ = 0;      // drawings whose changes were given up since the command began
 };
 
 } // namespace tessaran::desktop

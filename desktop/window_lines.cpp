@@ -29,7 +29,7 @@ void WindowLines::wait(const std::string& prompt) {
     atCommand_ = prompt.empty();
     waiting_ = true;
     if (waitBegins_)
-        waitBegins_(prompt);
+        waitBegins_();
     if (given_.empty() && commands_.empty() && !ended_)
         loop_.exec();
     waiting_ = false;
@@ -49,10 +49,17 @@ std::optional<std::string> WindowLines::read(const std::string& prompt) {
             given_.pop_front();
         }
     }
-    const bool says = line && !(atCommand && (line->empty() || *line == kEscape));
-    if (says)
-        recorder_.record(*line);
+    if (line)
+        record(*line, atCommand);
     return line;
+}
+
+// Enter and Escape say nothing where a command is asked for.
+void WindowLines::record(const std::string& line, bool atCommand) {
+    if (!atCommand)
+        recorder_.record(line);
+    else if (!line.empty() && line != kEscape)
+        recorder_.recordCommand(line);
 }
 
 bool WindowLines::answer(Lines lines) {

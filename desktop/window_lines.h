@@ -40,8 +40,8 @@ class WindowLines final : public console::LineSource {
     bool atCommandPrompt() const { return waiting_ && atCommand_; }
     bool ended() const { return ended_; }
 
-    // Called before each wait with the prompt's message (empty: the command prompt), and after it.
-    void setWait(std::function<void(const std::string&)> begins, std::function<void()> ends) {
+    // Called before each wait, and after it.
+    void setWait(std::function<void()> begins, std::function<void()> ends) {
         waitBegins_ = std::move(begins);
         waitEnds_ = std::move(ends);
     }
@@ -49,6 +49,7 @@ class WindowLines final : public console::LineSource {
   private:
     std::optional<std::string> next(bool atCommand);
     void wait(const std::string& prompt);
+    void record(const std::string& line, bool atCommand);
 
     SessionRecorder& recorder_;
     std::deque<std::string> given_; // answers that are there already
@@ -58,7 +59,7 @@ class WindowLines final : public console::LineSource {
     bool atCommand_ = false;
     bool ended_ = false;
     QEventLoop loop_;
-    std::function<void(const std::string&)> waitBegins_;
+    std::function<void()> waitBegins_;
     std::function<void()> waitEnds_;
 };
 

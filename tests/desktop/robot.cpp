@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -152,11 +153,15 @@ void beginTyping(DialogWindow& window, const std::string& label, const std::stri
 
 void type(DialogWindow& window, const std::string& label, const std::string& text) {
     beginTyping(window, label, text);
-    // On to the next control, as Tab does; the key itself works in an active window only, and on a
-    // busy machine a new window becomes active late.
+    QLineEdit* edit = fieldOf(window, label);
+    if (edit == nullptr)
+        return;
+    if (edit->hasFocus())
+        return QTest::keyClick(edit, Qt::Key_Tab);
+    // On to the next control, as Tab does in an active window; on a busy machine a window that has
+    // just come back becomes active late.
     QFocusEvent leave(QEvent::FocusOut, Qt::TabFocusReason);
-    if (QLineEdit* edit = fieldOf(window, label))
-        QCoreApplication::sendEvent(edit, &leave);
+    QCoreApplication::sendEvent(edit, &leave);
 }
 
 void click(DialogWindow& window, const std::string& label) {
@@ -170,16 +175,19 @@ void choose(DialogWindow& window, const std::string& label, const std::string& c
         return;
     const int index = box->findText(QString::fromStdString(choice));
     EXPECT_GE(index, 0) << choice;
-    box->setFocus();
-    box->setCurrentIndex(index);
-    Q_EMIT box->textActivated(QString::fromStdString(choice));
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(box->width() - 8, box->height() / 2));
+    QTest::keyClick(box->view(), Qt::Key_Home);
+    for (int k = 0; k < index; ++k)
+        QTest::keyClick(box->view(), Qt::Key_Down);
+    QTest::keyClick(box->view(), Qt::Key_Return);
 }
 
 void turnTo(DialogWindow& window, int page) {
     if (auto* tabs = window.findChild<QTabBar*>("pages"))
         QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(page).center());
     else if (auto* list = window.findChild<QListWidget*>("pages"))
-        list->setCurrentRow(page);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(page)).center());
 }
 
 void clickOk(DialogWindow& window) {

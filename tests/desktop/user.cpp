@@ -1,11 +1,14 @@
 #include "user.h"
 
+#include "desktop/dialog_window.h"
 #include "dialog_bench.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QTest>
@@ -15,16 +18,22 @@ namespace {
 
 constexpr int kMostIdle = 4000; // looks of 5 ms: a step that never gets its turn
 
-QAction* findAction(const QList<QAction*>& actions, const QString& text) {
+// The items to click on the way to the one of that text; none: there is no such item.
+QList<QAction*> wayTo(const QList<QAction*>& actions, const QString& text) {
     for (QAction* action : actions) {
-        if (action->menu() != nullptr) {
-            if (QAction* inside = findAction(action->menu()->actions(), text))
-                return inside;
-        } else if (action->text().remove('&') == text) {
-            return action;
-        }
+        if (action->menu() == nullptr && action->text().remove('&') == text)
+            return {action};
+        if (action->menu() == nullptr)
+            continue;
+        if (const auto inside = wayTo(action->menu()->actions(), text); !inside.isEmpty())
+            return QList<QAction*>{action} + inside;
     }
-    return nullptr;
+    return {};
+}
+
+template <class Window>
+bool isInFront() {
+    return qobject_cast<Window*>(QApplication::activeModalWidget()) != nullptr;
 }
 
 } // namespace
@@ -43,9 +52,17 @@ std::string User::history() {
     return window().commands().history().toPlainText().toStdString();
 }
 
-User& User::then(std::function<void()> act, bool busy) {
-    steps_.push_back({std::move(act), busy});
+User& User::then(std::string name, std::function<bool()> ready, std::function<void()> act) {
+    steps_.push_back({std::move(name), std::move(ready), std::move(act)});
     return *this;
+}
+
+bool User::somethingWaits() const {
+    return session_->lines().waiting() || QApplication::activeModalWidget() != nullptr;
+}
+
+User& User::atPrompt(std::string name, std::function<void()> act) {
+    return then(std::move(name), [this] { return session_->lines().waiting(); }, std::move(act));
 }
 
 QPoint User::pixel(host::Point2 world) {
@@ -54,14 +71,14 @@ QPoint User::pixel(host::Point2 world) {
 }
 
 User& User::type(const std::string& line) {
-    return then([this, line] {
+    return atPrompt("type " + line, [this, line] {
         QTest::keyClicks(&window().commands().line(), QString::fromStdString(line));
         QTest::keyClick(&window().commands().line(), Qt::Key_Return);
     });
 }
 
 User& User::keys(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    return then([this, key, modifiers] { QTest::keyClick(&view(), key, modifiers); });
+    return atPrompt("key", [this, key, modifiers] { QTest::keyClick(&view(), key, modifiers); });
 }
 
 User& User::escape() {
@@ -69,17 +86,17 @@ User& User::escape() {
 }
 
 User& User::moveTo(host::Point2 world) {
-    return then([this, world] { QTest::mouseMove(&view(), pixel(world)); });
+    return atPrompt("move", [this, world] { QTest::mouseMove(&view(), pixel(world)); });
 }
 
 User& User::clickAt(host::Point2 world, Qt::KeyboardModifiers modifiers) {
-    return then([this, world, modifiers] {
+    return atPrompt("click", [this, world, modifiers] {
         QTest::mouseClick(&view(), Qt::LeftButton, modifiers, pixel(world));
     });
 }
 
 User& User::drag(host::Point2 from, host::Point2 to) {
-    return then([this, from, to] {
+    return atPrompt("drag", [this, from, to] {
         QTest::mousePress(&view(), Qt::LeftButton, {}, pixel(from));
         QTest::mouseMove(&view(), pixel(to));
         QTest::mouseRelease(&view(), Qt::LeftButton, {}, pixel(to));
@@ -87,7 +104,7 @@ User& User::drag(host::Point2 from, host::Point2 to) {
 }
 
 User& User::keyword(const std::string& name) {
-    return then([this, name] {
+    return atPrompt("keyword " + name, [this, name] {
         auto* button = window().findChild<QToolButton*>("keyword_" + QString::fromStdString(name));
         ASSERT_NE(button, nullptr) << name;
         QTest::mouseClick(button, Qt::LeftButton);
@@ -95,53 +112,90 @@ User& User::keyword(const std::string& name) {
 }
 
 User& User::menu(const QString& text) {
-    return then([this, text] {
-        QAction* action = findAction(window().menuBar()->actions(), text);
-        ASSERT_NE(action, nullptr) << text.toStdString();
-        action->trigger();
+    return atPrompt("menu " + text.toStdString(), [this, text] {
+        const QList<QAction*> way = wayTo(window().menuBar()->actions(), text);
+        ASSERT_FALSE(way.isEmpty()) << text.toStdString();
+        timer_.stop(); // the next step waits until the item is clicked
+        QMenuBar* bar = window().menuBar();
+        QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(way.front()).center());
+        for (qsizetype k = 1; k < way.size(); ++k) {
+            QMenu* menu = way[k - 1]->menu();
+            ASSERT_TRUE(QTest::qWaitFor([&] { return menu->isVisible(); }, 5000))
+                << way[k - 1]->text().toStdString();
+            if (k + 1 == way.size())
+                timer_.start();
+            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(way[k]).center());
+        }
     });
 }
 
 User& User::answer(const QString& button) {
-    return then([button] {
+    return then("button " + button.toStdString(), isInFront<QMessageBox>, [button] {
         auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        ASSERT_NE(box, nullptr);
         for (QAbstractButton* one : box->buttons())
             if (one->text().remove('&') == button)
                 return QTest::mouseClick(one, Qt::LeftButton);
-        ADD_FAILURE() << "no button " << button.toStdString();
+        ADD_FAILURE() << "no button " << button.toStdString() << ": " << box->text().toStdString();
+        box->close();
+    });
+}
+
+User& User::dialog(const QString& title, std::function<void(desktop::DialogWindow&)> act) {
+    const auto inFront = [title] {
+        auto* window = qobject_cast<desktop::DialogWindow*>(QApplication::activeModalWidget());
+        const bool active = window != nullptr && window->isActiveWindow(); // else keys go nowhere
+        return active && window->windowTitle() == title ? window : nullptr;
+    };
+    return then(
+        "dialog " + title.toStdString(), [inFront] { return inFront() != nullptr; },
+        [inFront, act = std::move(act)] { act(*inFront()); });
+}
+
+User& User::file(const std::string& name) {
+    return then("file " + name, isInFront<QFileDialog>, [name] {
+        auto* edit = QApplication::activeModalWidget()->findChild<QLineEdit*>("fileNameEdit");
+        ASSERT_NE(edit, nullptr);
+        edit->selectAll();
+        QTest::keyClicks(edit, QString::fromStdString(name));
+        QTest::keyClick(edit, Qt::Key_Return);
     });
 }
 
 User& User::look(std::function<void()> check) {
-    return then(std::move(check));
+    return then("look", [this] { return somethingWaits(); }, std::move(check));
 }
 
 User& User::whileBusy(std::function<void()> act) {
-    return then(std::move(act), true);
+    return then("while busy", [this] { return !somethingWaits(); }, std::move(act));
 }
 
 void User::next() {
-    const bool open = QApplication::activeModalWidget() != nullptr;
-    const bool waits = session_->lines().waiting() || open;
-    if (steps_.empty() ? waits : steps_.front().busy != waits) {
+    if (steps_.empty() ? somethingWaits() : steps_.front().ready()) {
         idle_ = 0;
-        if (steps_.empty()) {
-            timer_.stop();
-            if (open)
-                QApplication::activeModalWidget()->close();
-            session_->lines().end();
-            return;
-        }
+        if (steps_.empty())
+            return finish();
         const Step step = std::move(steps_.front());
         steps_.pop_front();
         return step.act();
     }
     if (++idle_ < kMostIdle)
         return;
-    ADD_FAILURE() << steps_.size() << " steps never got their turn";
+    ADD_FAILURE() << steps_.size() << " steps never got their turn, the first of them: "
+                  << (steps_.empty() ? "the end" : steps_.front().name) << "\n"
+                  << history();
     steps_.clear();
     idle_ = 0;
+}
+
+// Whatever is open is closed, one dialog at a time.
+void User::finish() {
+    if (QWidget* open = QApplication::activeModalWidget()) {
+        if (!open->close())
+            session_->lines().end();
+        return;
+    }
+    timer_.stop();
+    session_->lines().end();
 }
 
 void User::work(const std::string& drawing) {

@@ -19,6 +19,10 @@
 #include <memory>
 #include <string>
 
+namespace tessaran::desktop {
+class DialogWindow;
+}
+
 namespace tessaran::test {
 
 class User {
@@ -42,8 +46,12 @@ class User {
     User& clickAt(host::Point2 world, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     User& drag(host::Point2 from, host::Point2 to);
     User& keyword(const std::string& name); // a click on the prompt's keyword
-    User& menu(const QString& text);        // the item of that text, without "&"
+    User& menu(const QString& text);        // clicks the way to the item of that text, without "&"
     User& answer(const QString& button);    // a button of the box that is open
+    User& file(const std::string& name);    // typed into the file dialog that is open
+    // In the dialog of that title; what it does in the drawing and in boxes are steps of their own,
+    // which follow this one.
+    User& dialog(const QString& title, std::function<void(desktop::DialogWindow&)> act);
     User& look(std::function<void()> check);
     // While a command computes, not before and not after.
     User& whileBusy(std::function<void()> act);
@@ -55,11 +63,15 @@ class User {
 
   private:
     struct Step {
+        std::string name;
+        std::function<bool()> ready;
         std::function<void()> act;
-        bool busy = false;
     };
-    User& then(std::function<void()> act, bool busy = false);
+    User& then(std::string name, std::function<bool()> ready, std::function<void()> act);
+    User& atPrompt(std::string name, std::function<void()> act);
+    bool somethingWaits() const;
     void next();
+    void finish();
     QPoint pixel(host::Point2 world);
 
     TemporaryFolder folder_;

@@ -196,33 +196,5 @@ TEST(Window, EachTabIsADrawingWithDataOfItsOwn) {
     user.work();
 }
 
-// --- the script of the session
-// ---------------------------------------------------------------------------------
-
-TEST(Window, TheSessionsScriptMakesTheSameFile) {
-    User user;
-    writeDrawing(user.folder() / "plan.dxf", 3);
-    user.type("OPEN plan.dxf").type("LAYER").type("Make").type("PANELS").enter();
-    user.type("PLINE").clickAt({0.2, 0.2}).clickAt({1.5, 0.3}).keyword("Width").type("0.25");
-    user.clickAt({1.6, 1.4}).keyword("Close");
-    user.type("MOVE").clickAt({0, 1}).enter().type("0,0").type("5,5");
-    user.look([&] {
-        user.window().saveSessionScript(QString::fromStdString((user.folder() / "s.scr").string()));
-    });
-    user.type("SAVEAS").type("by_hand.dxf");
-    user.work();
-    const std::string script = user.folder().read("s.scr");
-    ASSERT_THAT(script, ::testing::StartsWith("LAYER\n"));
-    const std::string byHand = user.folder().read("by_hand.dxf");
-
-    ScriptRun run;
-    writeDrawing(run.folder() / "plan.dxf", 3);
-    run.open("plan.dxf");
-    run(script + "SAVEAS\nby_script.dxf\n");
-    ASSERT_EQ(run.status(), 0) << run.report();
-    EXPECT_EQ(run.folder().read("by_script.dxf"), byHand);
-    EXPECT_GT(byHand.size(), 1000u);
-}
-
 } // namespace
 } // namespace tessaran::test
