@@ -39,8 +39,7 @@ DesktopSession::DesktopSession(const Options& options)
     });
     console::addPlainCommands(host_);
     window_.setInDialog([this] { return frontEnd_.inDialog(); });
-    lines_.setWait(
-        [this] { window_.waitBegins(); }, [this] { window_.waitEnds(); });
+    lines_.setWait([this] { window_.waitBegins(); }, [this] { window_.waitEnds(); });
     conversation_.setRefused(
         [this](const console::Conversation::Refusal& refusal) { refused(refusal); });
     interpreter_.setIdle([this] {

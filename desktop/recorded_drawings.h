@@ -21,8 +21,7 @@ class RecordedDrawings {
   public:
     // To be told after each command, with the lines recorded so far. The files of the drawings that
     // have come.
-    std::vector<std::filesystem::path> note(const console::Workspace& workspace,
-                                            std::size_t lines);
+    std::vector<std::filesystem::path> note(const console::Workspace& workspace, std::size_t lines);
     // A comment on how to run it, and the lines.
     std::string script(const SessionRecorder& recorder, const console::Workspace& workspace) const;
 

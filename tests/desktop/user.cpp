@@ -16,6 +16,7 @@
 namespace tessaran::test {
 namespace {
 
+constexpr int kMostOpen = 50;   // dialogs left open at the end
 constexpr int kMostIdle = 4000; // looks of 5 ms: a step that never gets its turn
 
 // The items to click on the way to the one of that text; none: there is no such item.
@@ -29,6 +30,13 @@ QList<QAction*> wayTo(const QList<QAction*>& actions, const QString& text) {
             return QList<QAction*>{action} + inside;
     }
     return {};
+}
+
+std::string inFront() {
+    const QWidget* widget = QApplication::activeModalWidget();
+    const auto* box = qobject_cast<const QMessageBox*>(widget);
+    return widget == nullptr ? "the window"
+                             : (box == nullptr ? widget->windowTitle() : box->text()).toStdString();
 }
 
 template <class Window>
@@ -62,7 +70,8 @@ bool User::somethingWaits() const {
 }
 
 User& User::atPrompt(std::string name, std::function<void()> act) {
-    return then(std::move(name), [this] { return session_->lines().waiting(); }, std::move(act));
+    return then(
+        std::move(name), [this] { return session_->lines().waiting(); }, std::move(act));
 }
 
 QPoint User::pixel(host::Point2 world) {
@@ -162,14 +171,19 @@ User& User::file(const std::string& name) {
 }
 
 User& User::look(std::function<void()> check) {
-    return then("look", [this] { return somethingWaits(); }, std::move(check));
+    return then(
+        "look", [this] { return somethingWaits(); }, std::move(check));
 }
 
 User& User::whileBusy(std::function<void()> act) {
-    return then("while busy", [this] { return !somethingWaits(); }, std::move(act));
+    return then(
+        "while busy", [this] { return !somethingWaits(); }, std::move(act));
 }
 
+// A timer does not fire again while what it called goes on, so it is started anew: a step may run a
+// loop of its own, in which the next is taken.
 void User::next() {
+    timer_.start();
     if (steps_.empty() ? somethingWaits() : steps_.front().ready()) {
         idle_ = 0;
         if (steps_.empty())
@@ -181,7 +195,8 @@ void User::next() {
     if (++idle_ < kMostIdle)
         return;
     ADD_FAILURE() << steps_.size() << " steps never got their turn, the first of them: "
-                  << (steps_.empty() ? "the end" : steps_.front().name) << "\n"
+                  << (steps_.empty() ? "the end" : steps_.front().name)
+                  << "; in front: " << inFront() << "\n"
                   << history();
     steps_.clear();
     idle_ = 0;
@@ -190,8 +205,9 @@ void User::next() {
 // Whatever is open is closed, one dialog at a time.
 void User::finish() {
     if (QWidget* open = QApplication::activeModalWidget()) {
-        if (!open->close())
-            session_->lines().end();
+        if (++closed_ > kMostOpen)
+            qFatal("%s does not close", qPrintable(open->windowTitle()));
+        open->close();
         return;
     }
     timer_.stop();

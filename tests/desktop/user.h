@@ -78,6 +78,7 @@ class User {
     std::unique_ptr<desktop::DesktopSession> session_;
     std::deque<Step> steps_;
     QTimer timer_;
+    int closed_ = 0;
     int idle_ = 0; // looks without anything to do
 };
 

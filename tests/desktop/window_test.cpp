@@ -1,6 +1,8 @@
 // The window around the drawing: long runs, unsaved work, recovery, several drawings, panels.
 
 #include "console/drawing_files.h"
+#include "desktop/dialog_window.h"
+#include "desktop/robot.h"
 #include "drawing/autosave.h"
 #include "host/progress_window.h"
 #include "support/script_run.h"
@@ -14,6 +16,7 @@
 namespace tessaran::test {
 namespace {
 
+using desktop::DialogWindow;
 using ::testing::HasSubstr;
 
 void addPoint(drawing::Database& drawing, double x) {
@@ -75,6 +78,38 @@ TEST(Window, NothingElseBeginsWhileACommandComputes) {
         EXPECT_EQ(user.window().commands().line().text(), "");
     });
     user.work();
+}
+
+// 4 million cells from 60 points, which takes long enough to be given up.
+TEST(Window, EscapeGivesUpAGridThatIsBeingBuilt) {
+    User user;
+    ASSERT_TRUE(user.drawing().createLayer({.name = "HOLES"}).ok());
+    for (int k = 0; k < 60; ++k) {
+        host::Entity entity;
+        entity.layer = "HOLES";
+        entity.geometry = host::PointMark{{1.5 * k, 60.0 - (k * 7 % 50), 1.0 * k}};
+        ASSERT_TRUE(user.drawing().add(entity).ok());
+    }
+    user.menu("Factor from Point Features");
+    user.dialog("Create Grid from Survey Points", [](DialogWindow& window) {
+        type(window, "Number of Cells in X Direction", "2000");
+        type(window, "Number of Cells in Y Direction", "2000");
+        type(window, "Cell Width in X Direction", "0.05");
+        type(window, "Cell Width in Y Direction", "0.05");
+        turnTo(window, 1);
+        type(window, "Define Point Layers", "HOLES");
+        click(window, "Inverse Distance");
+        type(window, "Min. Points", "4");
+        type(window, "Max. Search R (%)", "100");
+        click(window, "Build Grid");
+        EXPECT_TRUE(window.isVisible()); // back again
+        clickCancel(window);
+    });
+    user.keys(Qt::Key_Return); // "<Enter> key to continue"
+    user.whileBusy([&] { QTest::keyClick(&user.view(), Qt::Key_Escape); });
+    user.work();
+    EXPECT_THAT(user.history(), HasSubstr("Cancel"));
+    EXPECT_THAT(user.script(), HasSubstr(":break "));
 }
 
 TEST(Window, TheProgressWindowIsCancelledByItsButtonAndKeepsItsPlace) {
