@@ -1,10 +1,12 @@
 // myGrid's file operations: the pure readers and writers with what the user sees of them.
 
 #include "base/file.h"
+#include "base/tolerance.h"
 #include "grid/grid_file.h"
 #include "host/host.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace tessaran::grid {
 namespace {
@@ -67,6 +69,11 @@ bool writeWhole(host::Host& host, const std::string& fileName, const Write& writ
     return committed.ok();
 }
 
+void tellLostRotation(host::Host& host, const myGrid& grid) {
+    if (std::abs(grid.rotation()) > base::kTolerance)
+        host.print("\nAttention: Grid files do not hold the rotation of a grid!");
+}
+
 } // namespace
 
 bool myGrid::readGrid(host::Host& host, const std::string& fileName, bool loadValues) {
@@ -102,8 +109,11 @@ bool myGrid::writeGrid(host::Host& host, const std::string& fileName) const {
         return false;
     }
     base::NoProgress nobody;
-    return writeWhole(host, fileName,
-                      [&](const TextSink& sink) { return writeGridText(*this, sink, nobody); });
+    const bool written = writeWhole(
+        host, fileName, [&](const TextSink& sink) { return writeGridText(*this, sink, nobody); });
+    if (written)
+        tellLostRotation(host, *this);
+    return written;
 }
 
 bool myGrid::writeGridDefinition(host::Host& host, const std::string& fileName) const {
@@ -111,8 +121,11 @@ bool myGrid::writeGridDefinition(host::Host& host, const std::string& fileName) 
         host.dialogs().message("Grid is not defined!");
         return false;
     }
-    return writeWhole(host, fileName,
-                      [&](const TextSink& sink) { return writeDefinitionText(*this, sink); });
+    const bool written = writeWhole(
+        host, fileName, [&](const TextSink& sink) { return writeDefinitionText(*this, sink); });
+    if (written)
+        tellLostRotation(host, *this);
+    return written;
 }
 
 bool readAnyGridFile(host::Host& host, const std::string& fileName, bool loadValues, myGrid& grid) {

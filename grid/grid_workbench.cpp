@@ -169,8 +169,6 @@ void GridWorkbench::save(Host& host) {
     fileName_ = path;
     modified_ = false;
     setStatus(host, "grid saved to " + fileName_);
-    if (grid_->rotation() != 0.0)
-        host.print("\nAttention: Grid files do not hold the rotation of a grid!");
 }
 
 // --- place and values ---------------------------------------------------------------------------

@@ -79,6 +79,23 @@ TEST(GridFileMessages, TellsWhatIsWrongWithTheContent) {
     EXPECT_EQ(grid.getValue(0, 1), 4.0); // of the cut file
 }
 
+TEST(GridFileMessages, WritingATurnedGridSaysThatTheRotationIsLost) {
+    const TemporaryFolder folder;
+    RecordingHost host;
+    myGrid grid;
+    ASSERT_TRUE(grid.setupGrid(2, 2, 1.0, 1.0, 0.0));
+    EXPECT_TRUE(grid.writeGrid(host, "a.grd"));
+    EXPECT_EQ(host.printed, "");
+    ASSERT_TRUE(grid.setupGrid(2, 2, 1.0, 1.0, 30.0));
+    EXPECT_FALSE(grid.writeGrid(host, "none/a.grd"));
+    EXPECT_EQ(host.printed, "");
+    const std::string lost = "\nAttention: Grid files do not hold the rotation of a grid!";
+    EXPECT_TRUE(grid.writeGrid(host, "a.grd"));
+    EXPECT_EQ(host.printed, lost);
+    EXPECT_TRUE(grid.writeGridDefinition(host, "a.top"));
+    EXPECT_EQ(host.printed, lost + lost);
+}
+
 TEST(GridFileMessages, RefusesToWriteAnUndefinedGrid) {
     const TemporaryFolder folder;
     folder.write("a.grd", "earlier");
