@@ -34,16 +34,25 @@ constexpr ChainTexts kFence{"\nSpecify first fence point:", "\nPick next fence p
 constexpr ChainTexts kPolygon{"\nSpecify first polygon point:",
                               "\nPick next polygon point or UNDO:"};
 
+// What the status area tells at each of the editor's points.
+auto cellUnderCursor(Host& host, const myGrid& grid) {
+    return [&host, &grid](const Point3& cursor) {
+        return cellStatus(grid, host.coordinates().toWorld(cursor).plan());
+    };
+}
+
 // A box along the user's axes, as its four corners.
-Points askBox(Host& host) {
-    const auto one =
-        host.prompts().getPoint({.message = "\nPick the first corner:", .keywords = {}});
+Points askBox(Host& host, const myGrid& grid) {
+    const auto one = host.prompts().getPoint({.message = "\nPick the first corner:",
+                                              .keywords = {},
+                                              .statusAt = cellUnderCursor(host, grid)});
     if (!one.ok())
         return std::nullopt;
     const auto other = host.prompts().getCorner({.message = "Pick the oppsite corner:",
                                                  .keywords = {},
                                                  .base = one.value,
-                                                 .rubberBand = host::RubberBand::box});
+                                                 .rubberBand = host::RubberBand::box,
+                                                 .statusAt = cellUnderCursor(host, grid)});
     if (!other.ok())
         return std::nullopt;
     const Point3& a = one.value;
@@ -55,7 +64,7 @@ Points askBox(Host& host) {
 }
 
 // Point by point until Enter; what was drawn so far is shown.
-Points askChain(Host& host, const ChainTexts& texts) {
+Points askChain(Host& host, const myGrid& grid, const ChainTexts& texts) {
     host::ShownGraphics shown(host.graphics());
     std::vector<Point3> chain; // user coordinates
     std::vector<Point2> points;
@@ -66,6 +75,7 @@ Points askChain(Host& host, const ChainTexts& texts) {
                       .keywords = "UNDO,U",
                       .base = chain.back(),
                       .rubberBand = host::RubberBand::line};
+        prompt.statusAt = cellUnderCursor(host, grid);
         const auto answer = host.prompts().getPoint(prompt);
         if (answer.status == PromptStatus::none && !chain.empty())
             return points;
@@ -93,15 +103,15 @@ EditorStep shapeStep(const myGrid& grid, const Points& points, CellsOf cellsOf) 
 
 EditorStep keywordStep(Host& host, const myGrid& grid, const std::string& keyword) {
     if (keyword == "WINDOW")
-        return shapeStep(grid, askBox(host), cellsInside);
+        return shapeStep(grid, askBox(host, grid), cellsInside);
     if (keyword == "CROSSING")
-        return shapeStep(grid, askBox(host), cellsTouched);
+        return shapeStep(grid, askBox(host, grid), cellsTouched);
     if (keyword == "FENCE")
-        return shapeStep(grid, askChain(host, kFence), cellsCrossed);
+        return shapeStep(grid, askChain(host, grid, kFence), cellsCrossed);
     if (keyword == "WPOLYGON")
-        return shapeStep(grid, askChain(host, kPolygon), cellsInside);
+        return shapeStep(grid, askChain(host, grid, kPolygon), cellsInside);
     if (keyword == "CPOLYGON")
-        return shapeStep(grid, askChain(host, kPolygon), cellsTouched);
+        return shapeStep(grid, askChain(host, grid, kPolygon), cellsTouched);
     if (keyword == "ALL")
         return {Kind::cells, allCells(grid)};
     return {Kind::remove};
@@ -131,9 +141,7 @@ std::string cellStatus(const myGrid& grid, Point2 point) {
 EditorStep askEditorStep(Host& host, const myGrid& grid, bool removing) {
     PointPrompt prompt{.message = removing ? kRemove : kSelect,
                        .keywords = removing ? kRemoveKeywords : kSelectKeywords};
-    prompt.statusAt = [&](const Point3& cursor) {
-        return cellStatus(grid, host.coordinates().toWorld(cursor).plan());
-    };
+    prompt.statusAt = cellUnderCursor(host, grid);
     const auto answer = host.prompts().getPoint(prompt);
     switch (answer.status) {
     case PromptStatus::ok:

@@ -88,6 +88,20 @@ TEST(GridEditor, EnterTakesTheExactAverageAndDiscardingRestoresAll) {
     EXPECT_EQ(grid.getValue(1, 0), (1.0 + 1e-9) / 2.0);
 }
 
+TEST(GridEditor, TellsTheCellUnderTheCursorAtTheCornersOfShapesToo) {
+    RecordingHost host;
+    myGrid grid;
+    setUpSmall(grid);
+    host.pointKeywords = {"WINDOW"};
+    host.points = {{5.0, 15.0, 0.0}, {25.0, 5.0, 0.0}, kEnter};
+    EXPECT_FALSE(editGrid(host, grid));
+    host.pointKeywords = {"FENCE"};
+    host.points = {{15.0, 5.0, 0.0}, {35.0, 5.0, 0.0}, kEnter, kEnter};
+    EXPECT_FALSE(editGrid(host, grid));
+    EXPECT_THAT(host.statuses, ElementsAre("Cell(0,1) Value: 10.00", "Cell(2,0) Value: 2.00",
+                                           "Cell(1,0) Value: 1.00", ""));
+}
+
 TEST(GridEditor, AsksNothingWhenNothingChanged) {
     RecordingHost host;
     myGrid grid;

@@ -33,13 +33,14 @@ class RecordingHost final : public host::Host,
     // --- what the user would do; an empty queue means Escape or Cancel ------------------------
     static constexpr const char* kEnter = "<enter>";
     static constexpr const char* kMiss = "<miss>";
-    std::deque<std::string> answers;                        // strings, keywords
-    std::deque<host::Point3> points;                        // points, corners
-    std::deque<double> numbers;                             // distances, reals
-    std::deque<host::EntityId> picks;                       // 0: hits nothing
-    std::vector<host::EntityId> selection;                  // of getSelection
-    std::deque<host::Answer> boxAnswers;                    // question boxes; empty: Cancel or No
-    std::deque<std::string> files;                          // file dialogs; empty text: cancelled
+    std::deque<std::string> answers;       // strings, keywords
+    std::deque<host::Point3> points;       // points, corners
+    std::deque<std::string> pointKeywords; // at point prompts that know any, before a point
+    std::deque<double> numbers;            // distances, reals
+    std::deque<host::EntityId> picks;      // 0: hits nothing
+    std::vector<host::EntityId> selection; // of getSelection
+    std::deque<host::Answer> boxAnswers;   // question boxes; empty: Cancel or No
+    std::deque<std::string> files;         // file dialogs; empty text: cancelled
     std::function<void(host::DialogSession&)> dialogScript; // what is done in a dialog
     host::ProgressView::Events events;                      // of the progress window's next pump
     int breakAt = 0; // the user breaks at that poll; 0: never
@@ -93,6 +94,8 @@ class RecordingHost final : public host::Host,
     }
 
     host::PromptResult<host::Point3> getPoint(const host::PointPrompt& prompt) override {
+        if (!prompt.keywords.empty() && !pointKeywords.empty())
+            return {host::PromptStatus::keyword, {}, next(prompt.message, pointKeywords).value};
         auto result = next(prompt.message, points);
         // Not-a-number stands for Enter.
         if (result.ok() && result.value.x != result.value.x)
@@ -102,7 +105,7 @@ class RecordingHost final : public host::Host,
         return result;
     }
     host::PromptResult<host::Point3> getCorner(const host::PointPrompt& prompt) override {
-        return next(prompt.message, points);
+        return getPoint(prompt);
     }
     host::PromptResult<double> getDistance(const host::NumberPrompt& prompt) override {
         auto result = next(prompt.message, numbers);
