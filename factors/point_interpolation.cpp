@@ -221,7 +221,8 @@ PointGridResult gridPoints(const std::vector<Point3>& points, const PointSearch&
                     column.emptyRows.push_back(j);
                 else
                     grid.setValue(i, j, value.value);
-                column.withoutNumber += value.found && std::isnan(value.value) ? 1 : 0;
+                const bool isCell = i < grid.nX() && j < grid.nY();
+                column.withoutNumber += isCell && value.found && std::isnan(value.value) ? 1 : 0;
             }
         }
     };

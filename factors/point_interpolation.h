@@ -25,7 +25,7 @@ struct PointSearch {
 
 struct PointGridResult {
     bool completed = false; // false: cancelled, the grid is partly filled
-    long withoutNumber = 0; // cells whose inverse-distance mean is 0/0
+    long withoutNumber = 0; // of the nX x nY cells, those whose inverse-distance mean is 0/0
 };
 
 // Who looks on while a grid is filled; called by the calling thread.

@@ -91,7 +91,11 @@ TEST(PointGrid, ACellOnItsFirstPointGetsNoNumberByInverseDistance) {
     const PointSearch search{Interpolation::inverseDistance, 2, 100.0};
     PointGridResult result = gridPoints({{5, 5, 10}, {7, 5, 20}}, search, grid, ignore, progress);
     EXPECT_TRUE(std::isnan(grid.getValue(0, 0)));
-    EXPECT_GE(result.withoutNumber, 1);
+    EXPECT_EQ(result.withoutNumber, 1);
+    // In the extra column it is no cell of the grid.
+    result = gridPoints({{35, 5, 10}, {37, 5, 20}}, search, grid, ignore, progress);
+    EXPECT_TRUE(std::isnan(grid.getValue(3, 0)));
+    EXPECT_EQ(result.withoutNumber, 0);
     // Second in the list, it only ends the walk.
     result = gridPoints({{7, 5, 20}, {5, 5, 10}}, search, grid, ignore, progress);
     EXPECT_EQ(grid.getValue(0, 0), 20.0);
