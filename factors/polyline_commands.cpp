@@ -61,10 +61,11 @@ host::PromptResult<double> askElevation(Host& host) {
 
 void checkElevation(Host& host, double elevation) {
     const std::string value = base::fixed6(elevation);
-    const Curves contours = curvesAmong(
-        host, selectFor(host, fmt::format("\nSelect objects to check value {} :", value)));
-    if (contours.ids.empty())
+    const auto selected =
+        selectFor(host, fmt::format("\nSelect objects to check value {} :", value));
+    if (selected.empty())
         return;
+    const Curves contours = curvesAmong(host, selected);
     std::vector<std::size_t> level;
     for (std::size_t k = 0; k < contours.ids.size(); ++k)
         if (hasElevation(contours.curves[k], elevation))
@@ -75,10 +76,10 @@ void checkElevation(Host& host, double elevation) {
 }
 
 void checkIntersections(Host& host) {
-    const Curves contours =
-        curvesAmong(host, selectFor(host, "\nSelect objects to check intersection:"));
-    if (contours.ids.empty())
+    const auto selected = selectFor(host, "\nSelect objects to check intersection:");
+    if (selected.empty())
         return;
+    const Curves contours = curvesAmong(host, selected);
     std::optional<std::vector<std::size_t>> meeting;
     {
         const base::ProgressRun run(host.meter(), "Check through contours...", 0,

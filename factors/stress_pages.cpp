@@ -78,6 +78,7 @@ void CHorizonStressTab::pickWidth(DialogSession& session) {
     const DialogSession::Hidden hidden(session);
     host::NumberPrompt prompt;
     prompt.message = fmt::format("\nInput width of entry <{:f}>:", entryWidth_);
+    prompt.allowNegative = false;
     const auto width = session.host().prompts().getDistance(prompt);
     if (!width.ok())
         return;
