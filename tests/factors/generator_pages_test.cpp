@@ -1,9 +1,12 @@
 // The dialogs that build factor grids from points, linear features and the horizontal stress,
 // through the console.
 
+#include "app/document_data.h"
+#include "factors/generator_commands.h"
 #include "factors/point_interpolation.h"
 #include "factors/point_sources.h"
 #include "generator_script.h"
+#include "support/recording_host.h"
 
 #include <gmock/gmock.h>
 
@@ -141,6 +144,15 @@ TEST(PointsPage, CellsBeyondAnyPointAreNamedAndABreakLeavesNoGrid) {
     EXPECT_TRUE(run.state().graphics.graphics().empty());
 }
 
+TEST(PointsPage, TellsWhenTheFileCannotBeReadOrTheGridNotBeLaid) {
+    ScriptRun run;
+    run(opened("zelk_gridFromPoint", {.nX = 1}) + kSearch + ":press Build Grid\n" +
+        ":page Grid Dimension\n:set Number of Cells in X Direction = 2\n:page Points\n" +
+        ":check From External File\n:press Build Grid\n:file .\n:cancel\n");
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Grid definition error!"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Can't open file ., error = "));
+}
+
 TEST(PointSources, SamplesLinesInSpaceAndAlongArcs) {
     std::vector<geometry::Point3> points;
     const PointSink sink = [&](const geometry::Point3& p) { points.push_back(p); };
@@ -183,6 +195,42 @@ TEST(PointSources, EndlessLinesTakeNoMemory) {
     EXPECT_EQ(counts.skipped, 3);
     EXPECT_FALSE(readPointFile(
         folder.path(), [](const geometry::Point3&) {}, counts));
+}
+
+// --- the meter ----------------------------------------------------------------------------------
+
+// Builds in the dialog's second page with these fields.
+void buildWith(test::RecordingHost& host, void (*command)(host::Host&),
+               const std::vector<std::pair<std::string, std::string>>& fields) {
+    using Purpose = host::DialogSession::Purpose;
+    host.answers = {test::RecordingHost::kEnter};
+    host.dialogScript = [&](host::DialogSession& session) {
+        ASSERT_TRUE(session.bringToFront(1));
+        for (const auto& [label, text] : fields)
+            ASSERT_TRUE(session.set(session.find(label, Purpose::set).value(), text)) << label;
+        ASSERT_TRUE(session.press(session.find("Build Grid", Purpose::press).value()));
+    };
+    command(host);
+}
+
+TEST(GeneratorPages, TellTheMeterWhatTheyBuild) {
+    test::RecordingHost host;
+    host.documentSlot().setFactory([] { return std::make_unique<app::CDocData>(); });
+    host.boxAnswers = {host::Answer::ok}; // few points
+    for (const double y : {5.0, 15.0, 25.0, 35.0})
+        ASSERT_TRUE(host.database.add(
+            {{}, "0", 256, "ByLayer", host::Polyline{{}, {{{0, y}}, {{100, y}}}, false, y, 0.0}}));
+    buildWith(host, zelk_gridFromPoint,
+              {{"Define Point Layers", "0"}, {"Min. Points", "1"}, {"Max. Search R (%)", "9"}});
+    buildWith(host, zelk_gridFromContour, {{"Define Contour Layers", "0"}});
+    buildWith(host, zelk_geoFeatures,
+              {{"Define Feature Layers", "0"}, {"Influence Distance", "5"}});
+    buildWith(host, zelk_horizStress, {{"Projection Line Layers", "0"}, {"Entry Width", "5"}});
+    EXPECT_THAT(host.meterTexts, testing::ElementsAre("Building grids...", "Building grids...",
+                                                      "Geological Features Griding...",
+                                                      "Horizontal Stress Effect Griding..."))
+        << host.printed;
+    EXPECT_EQ(host.graphicsInView, 0u);
 }
 
 // --- linear features ----------------------------------------------------------------------------
@@ -252,6 +300,20 @@ TEST(FeaturesPage, RefusalsQuitsAndBreaks) {
     EXPECT_TRUE(run.state().graphics.graphics().empty());
 }
 
+TEST(FeaturesPage, PicksTheDistanceAndLayersAndRefusesWhatIsNoGrid) {
+    ScriptRun run;
+    addPolyline(run, "FAULTS", {{{15, 0}}, {{15, 40}}});
+    addLine(run, "MARKS", {30, 0, 0}, {30, 40, 0});
+    run(opened("zelk_geoFeatures", {.nY = 1}) +
+        ":press Pick Layer\n15,5\n30,5\n15,9\n5,5\n\n:press Pick a distance\n0,0\n3,4\n" +
+        ":press Pick a distance\n\n:show\n:expect Define Feature Layers = FAULTS,MARKS\n" +
+        ":expect Influence Distance = 5\n:press Build Grid\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\nSelect any object in the layer"));
+    EXPECT_THAT(run.transcript(), HasSubstr("\nselected layer: FAULTS"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Grid initialization error!"));
+}
+
 TEST(FeaturesPage, AnUnsavedGridIsAskedForAtTheEnd) {
     ScriptRun run;
     addPolyline(run, "FAULTS", {{{15, 0}}, {{15, 40}}});
@@ -290,6 +352,12 @@ TEST(StressPage, TypedAndPickedOrientationsRateAlike) {
         EXPECT_EQ(grid.getValue(1, 1), 0.0);
         EXPECT_EQ(grid.getValue(2, 3), 0.0);
     }
+}
+
+TEST(StressPage, AWidthIsNotPickedBelowZero) {
+    ScriptRun run;
+    run(opened("zelk_horizStress") + ":press Width\n-5\n");
+    EXPECT_EQ(run.status(), 1);
 }
 
 TEST(StressPage, ShowsWhatWasPickedAndRefusesBadInput) {

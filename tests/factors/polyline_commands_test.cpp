@@ -1,9 +1,13 @@
 // The polyline utilities through the console.
 
+#include "factors/polyline_commands.h"
 #include "generator_script.h"
 #include "host/curves.h"
+#include "support/recording_host.h"
 
 #include <gmock/gmock.h>
+
+#include <limits>
 
 namespace tessaran::factors {
 namespace {
@@ -15,6 +19,7 @@ using test::add;
 using test::addLine;
 using test::addPoint;
 using test::addPolyline;
+using test::RecordingHost;
 using test::ScriptRun;
 using testing::HasSubstr;
 using testing::Not;
@@ -86,6 +91,15 @@ TEST(CheckContours, FindsElevationsAndCrossings) {
     EXPECT_THAT(run.transcript(), HasSubstr("\n 2 in 3 contours may intersected!"));
 }
 
+TEST(CheckContours, CountNothingAmongObjectsThatAreNone) {
+    ScriptRun run;
+    add(run, "C", host::Text{});
+    run("zelk_checkContours\n120\nall\n\nzelk_checkContours\n\nall\n\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\n 0 in 0 contours have elevation of 120.000000"));
+    EXPECT_THAT(run.transcript(), HasSubstr("\n 0 in 0 contours may intersected!"));
+}
+
 TEST(CheckContours, LeavesWhatItFoundHighlightedUntilTheNextCommand) {
     ScriptRun run;
     const EntityId level = addPolyline(run, "C", {{{0, 0}}, {{10, 0}}}, 120.0);
@@ -116,6 +130,13 @@ TEST(CheckDuplicates, ThreeCopiesAreFoundTwiceAndGo) {
         EXPECT_THAT(run.transcript(),
                     HasSubstr("\n2 polylines may duplicated!\n Enter an Option[Move to working "
                               "layer/Delete/<Do nothing> ]:"));
+        const std::string done = option == "Move"     ? "are moved to layer."
+                                 : option == "Delete" ? "are removed."
+                                                      : "";
+        if (!done.empty())
+            EXPECT_THAT(run.transcript(), HasSubstr("\n2 duplicate polyline " + done));
+        else
+            EXPECT_THAT(run.transcript(), Not(HasSubstr("duplicate polyline are")));
         EXPECT_NE(run.drawing().find(first), nullptr) << "the first one stays";
         EXPECT_EQ(count(run, host::kWorkingLayer), option == "Move" ? 2u : 0u);
         EXPECT_EQ(count(run), option == "Delete" ? 3u : 5u);
@@ -128,10 +149,13 @@ TEST(CheckDuplicates, OnesWithinOthersAreOverlapsOnly) {
     addSquare(run, "A");
     addPolyline(run, "A", {{{2, 2}}, {{4, 2}}, {{4, 4}}}, 0.0, true);
     addSquare(run, "A", 10.0); // shares a side
-    run("zelk_checkDuplicates\nall\n\n\nzelk_checkOverlaps\nall\n\n\n");
+    addSquare(run, "A", 90.0);
+    run("zelk_checkDuplicates\nall\n\n\nzelk_checkOverlaps\n95,0\n\n\n"
+        "zelk_checkOverlaps\nall\n\n\n");
     ASSERT_EQ(run.status(), 0) << run.report();
     EXPECT_THAT(run.transcript(), HasSubstr("\nNo polylines are duplicated!"));
     EXPECT_THAT(run.transcript(), Not(HasSubstr("Enter an Option")));
+    EXPECT_THAT(run.transcript(), HasSubstr("\nNo polylines overlapped!"));
     EXPECT_THAT(run.transcript(), HasSubstr("\n2 polylines may overlapped!"));
     EXPECT_EQ(run.state().graphics.graphics().size(), 2u) << "their outlines are shown";
 }
@@ -226,6 +250,46 @@ TEST(Join, MakesOnePolylineOfLinesAndPolylines) {
         closed += polylineAt(run, id).closed && polylineAt(run, id).vertices.size() == 4 ? 1 : 0;
     EXPECT_EQ(closed, 1u);
     static_cast<void>(first);
+}
+
+TEST(PolylineUtilities, SayWhatTheyDoFirst) {
+    for (const auto& [command, description] : std::vector<std::pair<std::string, std::string>>{
+             {"zelk_checkClosedPolylines",
+              "This command checks non-closed polylines and trys to make them closed."},
+             {"zelk_checkContours",
+              "This module checks the intersection or specified elevation of contour lines!"},
+             {"zelk_checkDuplicates",
+              "This command check all selected objects and find duplicated close polylines."},
+             {"zelk_checkOverlaps",
+              "This command check all selected objects and find overlaped close polylines."},
+             {"zelk_createPolylineFromObjects",
+              "This command creates a polyline from selected objects"},
+             {"zelk_joinPolylines",
+              "This command trys to join the polylines(lines) objects as many as possible"}}) {
+        ScriptRun run;
+        run(command + "\n\n\n");
+        EXPECT_THAT(run.transcript(),
+                    HasSubstr(command + "\n" + kBanner + "\n" + description + "\n"));
+    }
+}
+
+TEST(PolylineUtilities, TellTheMeterWhatTheyDo) {
+    RecordingHost host;
+    for (const double x : {0.0, 50.0}) {
+        const auto id =
+            host.database.add({{}, "0", 256, "ByLayer", host::Polyline{{}, kSquare, true, x, 0.0}});
+        ASSERT_TRUE(id);
+        host.selection.push_back(*id);
+    }
+    host.numbers = {std::numeric_limits<double>::quiet_NaN()}; // Enter
+    host.answers = {RecordingHost::kEnter, RecordingHost::kEnter};
+    zelk_checkContours(host);
+    zelk_checkDuplicates(host);
+    host.answers = {RecordingHost::kEnter};
+    zelk_checkOverlaps(host);
+    EXPECT_THAT(host.meterTexts,
+                testing::ElementsAre("Check through contours...", "Finding overlapped polylines",
+                                     "Progressing"));
 }
 
 TEST(PolylineUtilities, SelectByLayerAndGoOn) {

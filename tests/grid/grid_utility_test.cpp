@@ -185,6 +185,19 @@ TEST(GridUtility, TakesTheNearestValues) {
         ElementsAre(ElementsAre(3, 3, 4, 4), ElementsAre(3, 3, 4, 4), ElementsAre(3, 3, 4, 4)));
 }
 
+TEST(GridUtility, RefusesValuesOfAFileThatIsNoGridOfCells) {
+    ScriptRun run;
+    test::writeGrid(run, "a.grd", {{1, 2}, {3, 4}});
+    run.folder().write("row.grd", "0\n0\n1\n2\n2\n1\n1\n2\n3\n4\n5\n6\n");
+    run(kLoad +
+        ":press Get Values\n:file row.grd\n:answer ok\n:expect File is not correctly read in!\n"
+        ":press New Layer\na*b\n:expect Layer < a*b > can not been created!\n"
+        ":press New Layer\n\n:ok\n" +
+        kAgain);
+    EXPECT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\nInput new layer name:"));
+}
+
 // --- figures ------------------------------------------------------------------------------------
 
 TEST(GridUtility, ShowsStatisticsAndCorrelation) {
