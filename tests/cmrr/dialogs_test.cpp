@@ -270,6 +270,43 @@ TEST(CmrrDialogs, GridsGoToTheDrawingsFolderFirstThenToTheUnitFiles) {
     EXPECT_FALSE(run.folder().has("CMRR.grd"));
 }
 
+TEST(CmrrDialogs, EachDialogSaysInItsWordsThatAGridCannotBeRead) {
+    ScriptRun run;
+    run.folder().write("broken.grd", "1\n2\n");
+    run("CMRR\n:set Unit1/Rating = 50\n:set Unit1/Thickness = 4\n"
+        ":press Unit1/Details...\n:set Strength Grid File = broken.grd\n"
+        ":expect (message) There was an error reading the grid file - CL-BW-1\n:cancel\n"
+        ":set Unit1/Thickness Grid File = broken.grd\n"
+        ":expect (message) There was an error reading the thickness grid file UD-BW-1\n"
+        ":press Next...\n:set Ground Water Grid File = broken.grd\n"
+        ":expect (message) There was an error reading the thickness grid file - F-BW-1\n"
+        ":set Bolt Length(ft) = 4\n:press Finish\n" // without it
+        ":expect CMRR                        50\n");
+    EXPECT_EQ(run.status(), 0) << run.report();
+}
+
+// A folder stands where the file would go.
+TEST(CmrrDialogs, GridsThatCannotBeWrittenAreTold) {
+    ScriptRun run;
+    run.folder().write("ready.grd", evenGrid("50"));
+    std::filesystem::create_directories("CMRR_Unit1.grd/in");
+    run("CMRR\n:set Unit1/Thickness = 4\n:set Unit1/Rating Grid File = ready.grd\n"
+        ":press Next...\n:set Bolt Length(ft) = 4\n:check Keep Unit Grid Files\n:press Finish\n"
+        ":answer yes\n"
+        ":expect (message) There was an error writing a unit grid file - DDWUG-1\n");
+    EXPECT_EQ(run.status(), 0) << run.report();
+    EXPECT_FALSE(run.folder().has("CMRR.grd"));
+    ScriptRun roof;
+    roof.folder().write("ready.grd", evenGrid("50"));
+    std::filesystem::create_directories("CMRR.grd/in");
+    roof("CMRR\n:set Unit1/Thickness = 4\n:set Unit1/Rating Grid File = ready.grd\n"
+         ":press Next...\n:set Bolt Length(ft) = 4\n:press Finish\n:answer yes\n"
+         ":expect (message) There was an error writing the CMRR grid file - DDWCG-1\n"
+         ":show\n:expect Final CMRR:\n");
+    EXPECT_EQ(roof.status(), 0) << roof.report();
+    EXPECT_THAT(roof.transcript(), Not(HasSubstr("Final CMRR: 50")));
+}
+
 TEST(CmrrDialogs, UnsavedDataAreAskedAboutAndOpenedAgain) {
     ScriptRun run;
     run(lines({kObservedUnit, ":cancel\n:answer yes\n:file roof\n"

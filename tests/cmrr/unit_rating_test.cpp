@@ -4,9 +4,34 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 namespace tessaran::cmrr {
 namespace {
+
+// Each entry, since every rating comes from them.
+TEST(RatingTables, HoldTheirEntries) {
+    using Row = std::vector<double>;
+    const auto row = [](int entries, const auto& entry) {
+        Row values;
+        for (int k = 1; k <= entries; ++k)
+            values.push_back(entry(k));
+        return values;
+    };
+    const std::vector<Row> cohesion{{35, 29, 24, 10}, {35, 27, 20, 10}, {35, 25, 16, 10}};
+    for (int r = 1; r <= 3; ++r)
+        EXPECT_EQ(row(4, [r](int c) { return DatArrays::cohesionRoughness(r, c); }),
+                  cohesion[static_cast<std::size_t>(r) - 1]);
+    const std::vector<Row> spacing{
+        {35, 30, 24, 17, 9}, {32, 27, 21, 15, 9}, {30, 25, 20, 13, 9}, {30, 25, 20, 13, 9}};
+    for (int r = 1; r <= 4; ++r)
+        EXPECT_EQ(row(5, [r](int c) { return DatArrays::spacingPersistence(r, c); }),
+                  spacing[static_cast<std::size_t>(r) - 1]);
+    EXPECT_EQ(row(5, DatArrays::strengthIndex), (Row{30, 22, 15, 10, 5}));
+    EXPECT_EQ(row(4, DatArrays::moistureSensitivity), (Row{0, -3, -7, -15}));
+    EXPECT_EQ(row(3, [](int k) { return DatArrays::multipleSets(20.0 + 10.0 * k); }),
+              (Row{-5, -4, -2}));
+}
 
 TEST(RatingTables, GiveEntriesAtWholeIndicesAndInterpolateBetween) {
     EXPECT_EQ(DatArrays::strengthIndex(1), 30);

@@ -60,6 +60,7 @@ TEST(Input, AssignsToADrawnPolygonAndModifiesIt) {
     ASSERT_EQ(run.status(), 0) << run.report();
     EXPECT_THAT(run.transcript(),
                 HasSubstr("\nAssign assessment value[Draw Polygon/<Select Polygon>]:"));
+    EXPECT_THAT(run.transcript(), HasSubstr("\nStart Point: 0,0\nNext Point: 20,0\n"));
     EXPECT_THAT(run.transcript(), HasSubstr("(dialog) Assign RFRI Assesment Value -> ok"));
     EXPECT_THAT(run.transcript(), HasSubstr("(dialog) Modify RFRI Assesment Value -> ok"));
     const EntityId polygon = run.drawing().lastEntity();
@@ -73,6 +74,50 @@ TEST(Input, AssignsToADrawnPolygonAndModifiesIt) {
     expected.label = "N4";
     EXPECT_EQ(recordOn(run, polygon), expected);
     EXPECT_TRUE(run.state().graphics.highlighted().empty());
+}
+
+// Drawings hold the texts whole, and other programs look for them: each has to be there.
+TEST(Input, OffersEveryLevelByItsText) {
+    const std::vector<std::pair<const char*, std::vector<const char*>>> lists{
+        {"Angular Discontinuities",
+         {"(1) None", "(2) One Strong Contact", "(3) One Weak Contact or Unknown",
+          "(4) Multiple Strong Contacts", "(5) Multiple Weak Contacts"}},
+        {"Joint Frequencies",
+         {"(1) None", "(2) Widely Spaced (>3 ft)", "(3) Unknown", "(4) Moderately Spaced (1-3 ft)",
+          "(5) Closely Spaced (<1ft)"}},
+        {"Strata Strength",
+         {"(1) Massive (>3 ft layers)", "(2) Med. Layers (1-3 ft), Strong Bedding Contacts",
+          "(3) Med. Layers (1-3 ft), Weak Bedding Contacts, or Unknown",
+          "(4) Thin Layers (<1 ft), Strong Bedding Contacts",
+          "(5) Thin Layers (<1 ft), Weak Bedding Contacts"}},
+        {"Shear Rupture Surfaces",
+         {"(1) None", "(3) Small Shear (cutter < 3ft) or Unknown",
+          "(5) Larger Shear (cutter > 3ft)"}},
+        {"Joint Separations", {"(1) None", "(3) Unknown", "(5) Noticeable or Measurable"}},
+        {"Strata Shift",
+         {"(1) None", "(3) < 1 in of Offset, Partial Drillhole Offset,or Unknown",
+          "(5) > 1 in of Offset or Complete Drillhole Offset"}},
+        {"Strata Separation",
+         {"(1) None", "(3) Slight (Barely Detectable),or Unknown", "(5) Significant (> 0.2 in)"}},
+        {"Rock Debris",
+         {"(1) None", "(2) Slight (Widely Spaced)", "(3) Unknown", "(4) Moderate",
+          "(5) Significant (Continuous)"}},
+        {"Roof Shape", {"(1) Smooth", "(3) Intermediate or Unknown", "(5) Rough"}},
+        {"Ground Water",
+         {"(1) None", "(2) Damp Roof", "(3) Unknown", "(4) Drippers", "(5) Steady Flow"}},
+        {"Seismic Activity", {"(0) Unknown", "(-5) No Microseismic Clustering", "(30) Clustering"}},
+        {"Roof Def. Rate",
+         {"(0) Unknown", "(-5) No Roof Deflection Movement", "(15) Constant Deflection",
+          "(30) Accelerating Defelection"}},
+    };
+    std::string script = "zelk_RFRI_Input\nDraw\n0,0\n20,0\n20,10\n\n";
+    for (const auto& [list, texts] : lists)
+        for (const char* text : texts)
+            script += fmt::format(":set {0} = {1}\n:show\n:expect {0} = {1}\n", list, text);
+    ScriptRun run;
+    run(script + ":ok\n\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_EQ(recordOn(run, run.drawing().lastEntity())->levels, worst().levels);
 }
 
 TEST(Input, KeepsOtherApplicationsDataAndIsOneUndo) {
@@ -115,8 +160,9 @@ TEST(List, PrintsValidRecordsOnly) {
     short_.pop_back();
     ASSERT_TRUE(run.drawing().setXData(addSquare(run, 100), kApplication, short_).ok());
     addSquare(run, 200); // no data: is not even selected
-    run("zelk_RFRI_List\nall\n\nzelk_RFRI_List\n\n");
+    run("zelk_RFRI_List\nall\n\nzelk_RFRI_List\nall\nremove\nall\n\n");
     ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\nRemove RFRI Entites:"));
     EXPECT_THAT(run.transcript(), HasSubstr("\nSelect RFRI Entites:"));
     EXPECT_THAT(run.transcript(), HasSubstr("2 found"));
     EXPECT_THAT(

@@ -108,6 +108,26 @@ TEST(DefectDraw, MakesPolylinesOfTheLevelsWidth) {
     EXPECT_EQ(records.records[11].level, 0);
 }
 
+TEST(DefectDraw, NeedsALevel) {
+    ScriptRun run;
+    host::documentRecord<CategoryRecords>(run.host().documentSlot()).records[8].level = 7;
+    run("zelk_RFRI_Draw\n:page Roof Shape\n:press Draw\n:set Defect Level = 5\n:press Draw\n"
+        "1,1\n2,2\n\n\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(),
+                HasSubstr("\nPlease enter a valid defect level before drawing\n:set"));
+    EXPECT_EQ(polylinesOn(run, "RFRI_RoofShape").at(0)->constantWidth, 5.0);
+}
+
+TEST(DefectBuild, NeedsAGridOfTwoRows) {
+    ScriptRun run;
+    run(kOpen + ":set Number of Cells in Y Direction = 1\n:page Roof Shape\n:press Build Grid\n"
+                ":press Save Grid\n:cancel\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Grid initialization error!"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Grid has not been built yet!"));
+}
+
 TEST(DefectBuild, GridsWhatLiesInReach) {
     ScriptRun run;
     addDefect(run, "RFRI_AngDisc", 4, {{25, 0}, {25, 20}});
