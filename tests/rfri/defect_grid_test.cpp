@@ -47,6 +47,11 @@ TEST(Defects, RaiseCellsWithinReach) {
     EXPECT_EQ(gridded({}, false), (Row{1, 1, 1, 1, 1}));
 }
 
+TEST(Defects, ReachInPlanWhateverTheirElevation) {
+    const Curve high({{{25, 0, 700}, 0.0}, {{25, 10, 900}, 0.0}}, false);
+    EXPECT_EQ(gridded({{high, 4, 10.0}}, false), (Row{1, 4, 4, 4, 1}));
+}
+
 TEST(Defects, TheHigherLevelWinsAndWithFallOffTheNearerMay) {
     const std::vector<Defect> both{{line({{5, 0}, {5, 10}}), 5, 50.0},
                                    {line({{35, 0}, {35, 10}}), 3, 30.0}};

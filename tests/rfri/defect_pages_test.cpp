@@ -5,6 +5,7 @@
 #include "host/host.h"
 #include "host/services_layers.h"
 #include "rfri/categories.h"
+#include "support/other_programs.h"
 #include "support/script_run.h"
 
 #include <fmt/format.h>
@@ -106,6 +107,26 @@ TEST(DefectDraw, MakesPolylinesOfTheLevelsWidth) {
     const auto& records = host::documentRecord<CategoryRecords>(run.host().documentSlot());
     EXPECT_EQ(records.records[0].level, 3) << "the index of level 5";
     EXPECT_EQ(records.records[11].level, 0);
+}
+
+// Also levels that are negative, as no line's width is.
+TEST(DefectDraw, LevelsAreReadByAnotherProgramAndReadBackFromIt) {
+    ScriptRun run;
+    run.saveTo("drawn.dxf");
+    run("zelk_RFRI_Draw\n:page Seismic Activity\n:press Draw\n-5\n0,0\n30,0\n\n25\n0,5\n30,5\n\n"
+        "\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    const auto seen = test::runScript(TESSARAN_SOURCE_DIR "/tests/rfri/check_defects.py",
+                                      "drawn.dxf rewritten.dxf");
+    EXPECT_EQ(seen.output, "RFRI_Seismic -5.0\nRFRI_Seismic 25.0\n");
+
+    ScriptRun back;
+    back.folder().write("rewritten.dxf", run.folder().read("rewritten.dxf"));
+    back.open("rewritten.dxf");
+    back(kOpen + ":page Seismic Activity\n:press Build Grid\n\n:press Save Grid\n:ok\n");
+    ASSERT_EQ(back.status(), 0) << back.report();
+    EXPECT_EQ(polylinesOn(back, "RFRI_Seismic").at(1)->constantWidth, -5.0);
+    EXPECT_THAT(back.transcript(), HasSubstr("\n2 features have levels of 1 and below"));
 }
 
 TEST(DefectDraw, NeedsALevel) {
