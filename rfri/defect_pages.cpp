@@ -126,8 +126,12 @@ void CDefectTab::opened(DialogSession& session) {
         record_.level = -1;
     showLevel();
     const std::string path = workingPath(host, record_.file);
-    if (!base::fileExists(path) || !grid_.readGrid(host, path, true))
+    if (!base::fileExists(path))
         return;
+    if (!grid_.readGrid(host, path, true)) { // has said why, but not which of the twelve
+        host.print(fmt::format("\nWarning: file {} cannot be read.", path));
+        return;
+    }
     takeBaseRotation(host, grid_);
     output_.markBuilt();
     output_.markSaved();

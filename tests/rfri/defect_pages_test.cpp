@@ -247,6 +247,17 @@ TEST(DefectDialog, FilesGetTheirEndingAndKeepAName) {
     EXPECT_FALSE(run.folder().has("RFRI_Water.grd"));
 }
 
+TEST(DefectDialog, NamesAFileThatCannotBeRead) {
+    ScriptRun run;
+    run.folder().write("RFRI_Water.grd", "not a grid\n");
+    run("zelk_RFRI_Draw\n:page Ground Water\n:press Save Grid\n:cancel\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\nWarning: file "));
+    EXPECT_THAT(run.transcript(), HasSubstr("RFRI_Water.grd cannot be read.\n"));
+    EXPECT_THAT(run.transcript(), HasSubstr("(message) Grid has not been built yet!"));
+    EXPECT_EQ(run.folder().read("RFRI_Water.grd"), "not a grid\n");
+}
+
 TEST(DefectDialog, CancelledLeavesTheDocumentsRecordsAndDocumentsHaveTheirOwn) {
     ScriptRun run;
     run("zelk_RFRI_Draw\n:page Roof Shape\n:set Defect Level = 5\n:check Graduated\n:cancel\n"
