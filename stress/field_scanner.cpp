@@ -1,6 +1,9 @@
 #include "stress/field_scanner.h"
 
+#include "stress/arrays.h"
+
 #include <charconv>
+#include <cmath>
 
 namespace tessaran::stress {
 namespace {
@@ -52,6 +55,31 @@ std::optional<double> FieldScanner::real() {
 
 std::optional<int> FieldScanner::integer() {
     return number<int>();
+}
+
+bool FieldScanner::take(double& value) {
+    const std::optional<double> read = real();
+    value = static_cast<double>(static_cast<float>(read.value_or(0.0)));
+    return read && std::isfinite(value);
+}
+
+bool FieldScanner::take(int& value) {
+    const std::optional<int> read = integer();
+    value = read.value_or(0);
+    return read.has_value();
+}
+
+bool FieldScanner::reals(std::size_t count, std::vector<double>& out) {
+    if (count > left() / 2 + 1) // a number and its line end take two characters at least
+        return false;
+    out = allocatedArray<double>(ArrayKind::dmatrix, count);
+    for (double& value : out) {
+        const std::optional<double> read = real();
+        if (!read)
+            return false;
+        value = *read;
+    }
+    return true;
 }
 
 std::optional<char> FieldScanner::character() {

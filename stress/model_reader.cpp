@@ -1,8 +1,7 @@
 #include "stress/model_reader.h"
 
-#include "base/file.h"
 #include "stress/arrays.h"
-#include "stress/field_scanner.h"
+#include "stress/field_reader.h"
 #include "stress/material.h"
 
 #include <fmt/format.h>
@@ -15,10 +14,9 @@ namespace {
 
 constexpr std::size_t kLongestTitle = 79;
 
-// Reads the groups of lines in order; the first failure is kept and ends it.
-class Reader {
+class Reader : FieldReader<ModelReading> {
   public:
-    explicit Reader(std::string_view text) : scan_(text) {}
+    explicit Reader(std::string_view text) : FieldReader(text) {}
 
     ModelReading read() {
         static_cast<void>(title() && host() && materials() && grid() && seams() && control() &&
@@ -27,38 +25,6 @@ class Reader {
     }
 
   private:
-    bool fail(int code, std::string message) {
-        out_.code = code;
-        out_.message = std::move(message);
-        out_.line = scan_.lineNumber();
-        return false;
-    }
-
-    // --- fields: values behind one another, each but the first behind a comma -------------------
-    bool next(double& value, bool first = false) {
-        if (!first && !scan_.comma())
-            return false;
-        const std::optional<double> read = scan_.real();
-        if (!read)
-            return false;
-        value = static_cast<double>(static_cast<float>(*read));
-        return std::isfinite(value);
-    }
-    bool next(int& value, bool first = false) {
-        if (!first && !scan_.comma())
-            return false;
-        const std::optional<int> read = scan_.integer();
-        if (!read)
-            return false;
-        value = *read;
-        return true;
-    }
-    template <class First, class... Rest>
-    bool fields(First& first, Rest&... rest) {
-        return next(first, true) && (next(rest) && ...);
-    }
-
-    // --- groups ---------------------------------------------------------------------------------
     bool title() {
         const std::optional<std::string_view> line = scan_.line();
         if (!line)
@@ -69,7 +35,8 @@ class Reader {
 
     bool host() {
         CModelDat& m = model();
-        if (!fields(m.poissonsRatio, m.modulus, m.laminationThickness, seamCount_, m.unitSystem))
+        if (!scan_.fields(m.poissonsRatio, m.modulus, m.laminationThickness, seamCount_,
+                          m.unitSystem))
             return fail(2, "Error reading the host properties - RI2a\n");
         out_.lines.host = scan_.lineNumber();
         if (seamCount_ > kMostSeams)
@@ -81,7 +48,7 @@ class Reader {
 
     bool materials() {
         int count = 0;
-        if (!fields(count))
+        if (!scan_.fields(count))
             return fail(3, "Error reading the number of in seam materials - RI3a\n");
         if (count < 1 || count > kMostMaterials)
             return fail(3, "The Number of In Seam Materials Must Be Between 1 and 26 - RI3b\n");
@@ -89,7 +56,7 @@ class Reader {
             int type = 0;
             Material material;
             auto& p = material.p;
-            if (!fields(type, p[0], p[1], p[2], p[3], p[4]))
+            if (!scan_.fields(type, p[0], p[1], p[2], p[3], p[4]))
                 return fail(4, "Error reading the in seam material properties - RI4a\n");
             if (type < 1 || type > 6)
                 return fail(4, "The Material Type Number Must Be Between 1 and 6 - RI4b\n");
@@ -102,7 +69,7 @@ class Reader {
 
     bool grid() {
         CModelDat& m = model();
-        if (!fields(m.elementWidth, m.nX, m.nY, m.gradient))
+        if (!scan_.fields(m.elementWidth, m.nX, m.nY, m.gradient))
             return fail(5, "Error reading the general grid information - RI5a\n");
         out_.lines.grid = scan_.lineNumber();
         if (m.nX % kMeshDivisor != 0 || m.nY % kMeshDivisor != 0)
@@ -120,7 +87,7 @@ class Reader {
     bool seams() {
         for (int k = 0; k < seamCount_; ++k) {
             Seam seam;
-            if (!fields(seam.x, seam.y, seam.z, seam.thickness))
+            if (!scan_.fields(seam.x, seam.y, seam.z, seam.thickness))
                 return fail(6, "Error reading the seam coordinate information - RI6\n");
             out_.lines.seams.push_back(scan_.lineNumber());
             model().seams.push_back(seam);
@@ -133,8 +100,8 @@ class Reader {
         int surface = 0;
         int offSeamFlag = 0;
         int topographic = 0;
-        if (!fields(m.overRelaxation, m.convergenceCriterion, m.maxIterations, m.startingStep,
-                    m.steps, surface, offSeamFlag, topographic))
+        if (!scan_.fields(m.overRelaxation, m.convergenceCriterion, m.maxIterations, m.startingStep,
+                          m.steps, surface, offSeamFlag, topographic))
             return fail(7, "Error reading the program control parameters - RI7a\n");
         out_.lines.control = scan_.lineNumber();
         if (m.steps > kMostSteps)
@@ -148,7 +115,7 @@ class Reader {
 
     bool boundaries() {
         Boundaries& b = model().boundaries;
-        if (!fields(b.north, b.east, b.south, b.west))
+        if (!scan_.fields(b.north, b.east, b.south, b.west))
             return fail(8, "Error reading the boundary condition parameters - RI8a\n");
         if (b.north > 1 || b.east > 1 || b.south > 1 || b.west > 1)
             return fail(8, "The Boundary Conditions must be either a '0' or a '1' - RI8b\n");
@@ -159,7 +126,7 @@ class Reader {
         if (!model().offSeamDisplacements)
             return true;
         OffSeamGrid& g = model().offSeam;
-        if (!fields(g.blocks, g.blockWidth, g.nX, g.nY, g.x, g.y, g.z))
+        if (!scan_.fields(g.blocks, g.blockWidth, g.nX, g.nY, g.x, g.y, g.z))
             return fail(9, "Error reading the off-seam grid details - RI9a\n");
         out_.lines.offSeam = scan_.lineNumber();
         if (static_cast<long long>(g.nX) * g.nY != g.blocks)
@@ -169,6 +136,8 @@ class Reader {
 
     bool codes() {
         CModelDat& m = model();
+        if (m.nX < 0 || m.nY < 0)
+            return true; // nothing to read; such counts are refused as a fault of the model
         for (int step = 0; step < m.steps; ++step) {
             std::vector<ElementCodes> seamCodes;
             for (int seam = 0; seam < seamCount_; ++seam) {
@@ -186,7 +155,7 @@ class Reader {
     std::optional<ElementCodes> codeMap() {
         const auto nX = static_cast<std::size_t>(model().nX);
         const auto nY = static_cast<std::size_t>(model().nY);
-        if (model().nX < 0 || model().nY < 0 || nX * nY > scan_.left()) {
+        if (nX * nY > scan_.left()) {
             while (scan_.character())
                 ;                // to the line at which the codes end
             return std::nullopt; // no memory for counts beyond the text
@@ -205,8 +174,6 @@ class Reader {
 
     CModelDat& model() { return out_.model; }
 
-    FieldScanner scan_;
-    ModelReading out_;
     int seamCount_ = 0;
 };
 
@@ -268,14 +235,7 @@ ModelReading parseModel(std::string_view text) {
 }
 
 ModelReading readModel(const std::string& path) {
-    const base::Result<std::string> text = base::readFile(path);
-    if (!text) {
-        ModelReading out;
-        out.code = 1;
-        out.message = "Error in Opening Input File - RI1a\n";
-        return out;
-    }
-    return parseModel(*text);
+    return readingOf(path, parseModel, "Error in Opening Input File - RI1a\n");
 }
 
 ModelFault modelFault(const CModelDat& m, const ModelLines& lines) {
@@ -284,7 +244,7 @@ ModelFault modelFault(const CModelDat& m, const ModelLines& lines) {
     if (m.steps < 1)
         return {"A model needs at least one step", lines.control};
     if (m.unitSystem < 0)
-        return {"The system of units must be 0 to 3", lines.host};
+        return {kUnitsOutOfRange, lines.host};
     if (!(m.elementWidth > 0.0))
         return {"The element width must be larger than 0", lines.grid};
     if (m.nX < kMeshDivisor || m.nY < kMeshDivisor)

@@ -1,22 +1,19 @@
 #include "stress/topo_input.h"
 
-#include "base/file.h"
-#include "stress/field_scanner.h"
+#include "stress/field_reader.h"
 #include "stress/field_text.h"
 #include "stress/model.h"
 
 #include <fmt/format.h>
-
-#include <cmath>
 
 namespace tessaran::stress {
 namespace {
 
 constexpr const char* kTitle = "Overburden stress input file";
 
-class Reader {
+class Reader : FieldReader<TopoInputReading> {
   public:
-    explicit Reader(std::string_view text) : scan_(text) {}
+    explicit Reader(std::string_view text) : FieldReader(text) {}
 
     TopoInputReading read() {
         static_cast<void>(title() && host() && grid() && seamOrigin() && control() &&
@@ -25,37 +22,11 @@ class Reader {
     }
 
   private:
-    bool fail(int code, std::string message) {
-        out_.code = code;
-        out_.message = std::move(message);
-        out_.line = scan_.lineNumber();
-        return false;
-    }
-
-    bool next(double& value, bool first = false) {
-        if (!first && !scan_.comma())
-            return false;
-        const std::optional<double> read = scan_.real();
-        value = static_cast<double>(static_cast<float>(read.value_or(0.0)));
-        return read.has_value() && std::isfinite(value);
-    }
-    bool next(int& value, bool first = false) {
-        if (!first && !scan_.comma())
-            return false;
-        const std::optional<int> read = scan_.integer();
-        value = read.value_or(0);
-        return read.has_value();
-    }
-    template <class First, class... Rest>
-    bool fields(First& first, Rest&... rest) {
-        return next(first, true) && (next(rest) && ...);
-    }
-
     bool title() { return scan_.line() ? true : fail(1, "Error in Reading Title - RI1a\n"); }
 
     bool host() {
         CTopoModelDat& d = out_.data;
-        if (!fields(d.poissonsRatio, d.modulus, d.laminationThickness, d.unitSystem))
+        if (!scan_.fields(d.poissonsRatio, d.modulus, d.laminationThickness, d.unitSystem))
             return fail(2, "Error reading the host properties - RI2a\n");
         if (d.unitSystem > 3 || d.unitSystem < 0)
             return fail(2, "Can Only Specify a Unit Number up to 4 - RI2c\n");
@@ -64,7 +35,7 @@ class Reader {
 
     bool grid() {
         ElementField& seam = out_.data.seam;
-        if (!fields(seam.width, seam.nX, seam.nY, out_.data.gradient))
+        if (!scan_.fields(seam.width, seam.nX, seam.nY, out_.data.gradient))
             return fail(5, "Error reading the general grid information - RI5a\n");
         if (seam.nX % kMeshDivisor != 0 || seam.nY % kMeshDivisor != 0)
             return fail(
@@ -80,46 +51,33 @@ class Reader {
 
     bool seamOrigin() {
         ElementField& seam = out_.data.seam;
-        return fields(seam.x, seam.y)
+        return scan_.fields(seam.x, seam.y)
                    ? true
                    : fail(6, "Error reading the seam coordinate information - RI6\n");
     }
 
     bool control() {
         CTopoModelDat& d = out_.data;
-        return fields(d.overRelaxation, d.convergenceCriterion, d.maxIterations)
+        return scan_.fields(d.overRelaxation, d.convergenceCriterion, d.maxIterations)
                    ? true
                    : fail(7, "Error reading the program control parameters - RI7a\n");
     }
 
     bool topographicHeader() {
         ElementField& b = out_.data.depths.blocks;
-        if (!fields(b.width, b.nX, b.nY, b.x, b.y, out_.data.depths.datum) || b.nX < 1 ||
+        if (!scan_.fields(b.width, b.nX, b.nY, b.x, b.y, out_.data.depths.datum) || b.nX < 1 ||
             b.nY < 1 || !(b.width > 0.0))
             return fail(2, "Error Reading the Topographic Header Line - RTI2a\n");
         return true;
     }
 
-    // A depth and its line end take two characters at least: no memory for counts beyond the text.
     bool depths() {
         const ElementField& b = out_.data.depths.blocks;
         const auto count = static_cast<std::size_t>(b.nX) * static_cast<std::size_t>(b.nY);
-        if (count > scan_.left() / 2 + 1)
-            return fail(3, kDepthsMessage);
-        for (std::size_t k = 0; k < count; ++k) {
-            const std::optional<double> depth = scan_.real();
-            if (!depth)
-                return fail(3, kDepthsMessage);
-            out_.data.depths.values.push_back(*depth);
-        }
-        return true;
+        return scan_.reals(count, out_.data.depths.values)
+                   ? true
+                   : fail(3, "Error reading the Topographic Grid Stress - RTI3\n");
     }
-
-    static constexpr const char* kDepthsMessage =
-        "Error reading the Topographic Grid Stress - RTI3\n";
-
-    FieldScanner scan_;
-    TopoInputReading out_;
 };
 
 } // namespace
@@ -147,13 +105,7 @@ TopoInputReading parseTopoInput(std::string_view text) {
 }
 
 TopoInputReading readTopoInput(const std::filesystem::path& path) {
-    const base::Result<std::string> text = base::readFile(path);
-    if (text)
-        return parseTopoInput(*text);
-    TopoInputReading out;
-    out.code = 1;
-    out.message = "Error in Opening Input File - RI1a\n";
-    return out;
+    return readingOf(path, parseTopoInput, "Error in Opening Input File - RI1a\n");
 }
 
 } // namespace tessaran::stress

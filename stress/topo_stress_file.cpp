@@ -1,18 +1,15 @@
 #include "stress/topo_stress_file.h"
 
-#include "base/file.h"
 #include "base/text.h"
 #include "grid/topo_file.h"
-#include "stress/field_scanner.h"
-
-#include <cmath>
+#include "stress/field_reader.h"
 
 namespace tessaran::stress {
 namespace {
 
-class Reader {
+class Reader : FieldReader<TopoReading> {
   public:
-    explicit Reader(std::string_view text) : scan_(text) {}
+    explicit Reader(std::string_view text) : FieldReader(text) {}
 
     TopoReading read() {
         static_cast<void>(header() && texts() && values());
@@ -20,29 +17,12 @@ class Reader {
     }
 
   private:
-    bool fail(int code, std::string message) {
-        out_.code = code;
-        out_.message = std::move(message);
-        out_.line = scan_.lineNumber();
-        return false;
-    }
-
-    bool next(double& value) {
-        const std::optional<double> read = scan_.comma() ? scan_.real() : std::nullopt;
-        value = static_cast<double>(static_cast<float>(read.value_or(0.0)));
-        return read.has_value() && std::isfinite(value);
-    }
-    bool next(int& value) {
-        const std::optional<int> read = scan_.comma() ? scan_.integer() : std::nullopt;
-        value = read.value_or(0);
-        return read.has_value();
-    }
-
     bool header() {
         ElementField& blocks = out_.grid.blocks;
+        int leading = 0;
         int total = 0;
-        if (!scan_.integer() || !next(total) || !next(blocks.width) || !next(blocks.nX) ||
-            !next(blocks.nY) || !next(blocks.x) || !next(blocks.y) || !next(out_.grid.datum))
+        if (!scan_.fields(leading, total, blocks.width, blocks.nX, blocks.nY, blocks.x, blocks.y,
+                          out_.grid.datum))
             return fail(2, "Error Reading the Topographic Header Line - RTI2a\n");
         if (blocks.nX < 0 || blocks.nY < 0 ||
             static_cast<long long>(blocks.nX) * blocks.nY != total)
@@ -57,28 +37,14 @@ class Reader {
         return true;
     }
 
-    // A value and its line end take two characters at least: no memory for counts beyond the text.
     bool values() {
         const ElementField& blocks = out_.grid.blocks;
         const auto count =
             static_cast<std::size_t>(blocks.nX) * static_cast<std::size_t>(blocks.nY);
-        if (count > scan_.left() / 2 + 1)
-            return fail(3, kValuesMessage);
-        allocated(ArrayKind::dmatrix, [&] { out_.grid.values.reserve(count); });
-        for (std::size_t k = 0; k < count; ++k) {
-            const std::optional<double> value = scan_.real();
-            if (!value)
-                return fail(3, kValuesMessage);
-            out_.grid.values.push_back(*value);
-        }
-        return true;
+        return scan_.reals(count, out_.grid.values)
+                   ? true
+                   : fail(3, "Error reading the Topographic Grid Stress - RTI3\n");
     }
-
-    static constexpr const char* kValuesMessage =
-        "Error reading the Topographic Grid Stress - RTI3\n";
-
-    FieldScanner scan_;
-    TopoReading out_;
 };
 
 } // namespace
@@ -92,13 +58,7 @@ TopoReading parseTopoStress(std::string_view text) {
 }
 
 TopoReading readTopoStress(const std::filesystem::path& path) {
-    const base::Result<std::string> text = base::readFile(path);
-    if (text)
-        return parseTopoStress(*text);
-    TopoReading out;
-    out.code = 1;
-    out.message = "Error in Opening Topographic Input File - RTI1a\n";
-    return out;
+    return readingOf(path, parseTopoStress, "Error in Opening Topographic Input File - RTI1a\n");
 }
 
 base::Result<void> writeTopoStress(const std::filesystem::path& path, const TopographicGrid& grid,
