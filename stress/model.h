@@ -106,6 +106,8 @@ inline constexpr std::array<Units, 4> kUnits{{
     {"m", "MPa", 1.0, 1e-06},
 }};
 
+inline constexpr const char* kUnitsOutOfRange = "Unit Code Out of Range in Input File - PU1\n";
+
 // Element codes of one seam at one step: 'A' to 'Z' a material, '1' an open entry.
 // Column-major as the sweep runs: code of element (i, j) at [i * nY + j].
 using ElementCodes = std::vector<char>;

@@ -37,7 +37,11 @@ class Run {
     }
 
   private:
-    bool begin() { return run_.log("") && (!run_.model.topographicStress || topographicStress()); }
+    bool begin() {
+        if (run_.model.unitSystem < 0 || run_.model.unitSystem >= static_cast<int>(kUnits.size()))
+            return run_.fail(kUnitsOutOfRange);
+        return run_.log("") && (!run_.model.topographicStress || topographicStress());
+    }
 
     bool topographicStress() {
         TopoRun topo = topographicOverburden(
@@ -45,7 +49,7 @@ class Run {
         topographicSeconds_ = topo.seconds;
         if (!topo.ok()) {
             run_.ending = topo.ending;
-            run_.message = topo.message;
+            run_.message = topo.message + run_.message; // the log's own trouble, if it had one
             return false;
         }
         for (std::size_t s = 0; s < run_.seams.size(); ++s)

@@ -31,7 +31,7 @@ std::optional<CTopoModelDat> throughInputFile(Host& host, const CTopoModelDat& d
                                               const std::string& output) {
     const std::filesystem::path file = beside(output, ".tmp");
     if (const auto written = base::writeFile(file, topoInputText(data)); !written) {
-        host.print("\nFile can not open for write!");
+        host.print("\nFile can not open for write!\n" + written.error().message());
         host.dialogs().message("File <" + file.string() + "> could not be opened to write!");
         host.dialogs().message("Could not Write the Output File - OFO2");
         return std::nullopt;

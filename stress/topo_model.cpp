@@ -12,6 +12,8 @@
 namespace tessaran::stress {
 namespace {
 
+constexpr const char* kLogFailed = "Error in Opening Output File - TS1\n";
+
 // One seam under a datum.
 struct SeamBelow {
     int number = 1;
@@ -28,6 +30,7 @@ class TopoSteps {
         std::string entering;
         std::string (*propagating)(int seam);
         std::string (*propagatingLog)(int seam);
+        std::string (*propagatingDisplacement)(int seam) = nullptr; // a second line on screen
     };
     struct Rock {
         double modulus, lambda, omega, criterion;
@@ -55,9 +58,7 @@ class TopoSteps {
                            [&](const SeamBelow& s) { return reach(s.h) == Reach::spread; });
     }
 
-    bool log(const std::string& text) {
-        return log_(text) ? true : fail("Error in Opening Output File - TS1\n");
-    }
+    bool log(const std::string& text) { return log_(text) ? true : fail(kLogFailed); }
     bool fail(std::string message) {
         out_.ending = RunReport::Ending::failed;
         out_.message = std::move(message);
@@ -104,6 +105,8 @@ class TopoSteps {
 
     bool bring(const SeamBelow& seam, const Texts& texts) {
         watch_.status(texts.propagating(seam.number));
+        if (texts.propagatingDisplacement != nullptr)
+            watch_.status(texts.propagatingDisplacement(seam.number));
         if (!log(texts.propagatingLog(seam.number)))
             return false;
         CancelOnly progress(watch_);
@@ -210,12 +213,15 @@ TopoRun topographicOverburden(const CModelDat& model, RunWatch& watch, const Log
                 [](int s) { return fmt::format("Propogating Topographic Stress to Seam {}", s); },
                 [](int s) {
                     return fmt::format("Propogating the topo. disp. to seam {} stresses\n\n", s);
+                },
+                [](int s) {
+                    return fmt::format("Propogating the topographic disp. to seam {} stresses!", s);
                 }});
     if (out.ok() && !log(fmt::format("Total Time for Topographic Stress Calculations was {} "
                                      "secs.\n\n",
                                      static_cast<long>(out.seconds)))) {
         out.ending = RunReport::Ending::failed;
-        out.message = "Error in Opening Output File - TS1\n";
+        out.message = kLogFailed;
     }
     return out;
 }
@@ -265,8 +271,15 @@ TopoRun runTopoModel(const CTopoModelDat& data, const Seam& seam,
     out.message = topoModelFault(data);
     if (!out.message.empty())
         return out;
-    if (!appendText(logFile, echoOf(data, seam), true)) {
-        out.message = "Error in Opening Output File - TS1\n";
+    std::string trouble; // why the log could not be written
+    const auto log = [&](const std::string& text, bool fresh) {
+        const auto written = appendText(logFile, text, fresh);
+        if (!written)
+            trouble = written.error().text;
+        return written.ok();
+    };
+    if (!log(echoOf(data, seam), true)) {
+        out.message = kLogFailed + trouble;
         return out;
     }
     watch.status("Topographic Stress Calculation");
@@ -279,12 +292,15 @@ TopoRun runTopoModel(const CTopoModelDat& data, const Seam& seam,
     TopoSteps steps({data.modulus, laminationConstant(data.poissonsRatio, data.laminationThickness),
                      data.overRelaxation, data.convergenceCriterion, data.maxIterations},
                     data.depths.blocks, load, watch,
-                    [&](const std::string& text) { return appendText(logFile, text, false).ok(); });
-    return steps.run(
+                    [&](const std::string& text) { return log(text, false); });
+    out = steps.run(
         {{1, data.seam, h, data.gradient * depth.mean}},
         {"Successive Over Relaxation Iterating",
          [](int) { return std::string("Stress Propogating to Seam"); },
-         [](int) { return std::string("Propogating the topo. disp. to seam stresses\n\n"); }});
+         [](int) { return std::string("Propogating the topo. disp. to seam stresses\n\n"); },
+         nullptr});
+    out.message += trouble;
+    return out;
 }
 
 } // namespace tessaran::stress
