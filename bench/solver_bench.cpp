@@ -10,6 +10,7 @@
 #include "tests/support/literal_relaxation.h"
 
 #include <benchmark/benchmark.h>
+#include <hwy/targets.h>
 
 #include <algorithm>
 #include <cmath>
@@ -109,6 +110,30 @@ void sweeps(benchmark::State& state) {
     state.counters["elements_that_differ"] = different;
 }
 
+// The same in vectors of four numbers, as machines without AVX-512 have them.
+void sweepsInAvx2(benchmark::State& state) {
+    if ((hwy::SupportedTargets() & HWY_AVX2) == 0)
+        return state.SkipWithError("this machine has no AVX2");
+    hwy::SetSupportedTargetsForTest(HWY_AVX2);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    sweeps(state);
+    hwy::SetSupportedTargetsForTest(0);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+}
+
+// One relaxation that is settled after its first iteration: what it costs beside the sweep.
+void relaxationCall(benchmark::State& state) {
+    const int n = static_cast<int>(state.range(0));
+    Seam seam = seamOf(n);
+    seam.problem.criterion = 1e9;
+    seam.problem.maxIterations = 5;
+    stress::RelaxationWatch watch;
+    for (auto _ : state)
+        stress::relax(seam.problem, seam.laws, seam.state, watch);
+    state.counters["ns_an_element"] = benchmark::Counter(
+        1e-9 * n * n, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
 // What the double loops take for a run of these iterations and passes.
 double literalSeconds(const stress::CModelDat& model, const stress::RunReport& report) {
     const int n = model.nX;
@@ -185,6 +210,13 @@ BENCHMARK(sweeps)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime()
     ->Iterations(3);
+BENCHMARK(sweepsInAvx2)
+    ->ArgsProduct({{400, 1000, 2000}, {1, 2}})
+    ->ArgNames({"square", "threads"})
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->Iterations(3);
+BENCHMARK(relaxationCall)->Arg(400)->Arg(1000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(wholeRun)->Arg(400)->Unit(benchmark::kSecond)->UseRealTime()->Iterations(1);
 
 } // namespace

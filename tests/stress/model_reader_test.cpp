@@ -2,6 +2,8 @@
 #include "stress/material.h"
 #include "stress/model_echo.h"
 #include "stress/model_reader.h"
+#include "stress/model_run.h"
+#include "support/temporary_folder.h"
 
 #include <gtest/gtest.h>
 
@@ -169,15 +171,20 @@ TEST(ModelReader, NamesEveryFailureByItsMessageAndCode) {
         {"absurd counts", [](ModelText& t) { t.grid = "60, 2000000000, 2000000000, 0.09"; }, 10,
          "Error reading the fine mesh codes - RI10b\n"},
     };
+    const test::TemporaryFolder folder;
     for (const Case& c : cases) {
         ModelText text;
         c.spoil(text);
-        const ModelReading read = reading(text);
+        folder.write("m.inp", text.text());
+        const ModelReading read = readModel("m.inp");
         EXPECT_EQ(read.code, c.code) << c.name;
         EXPECT_EQ(read.message, c.message) << c.name;
     }
-    EXPECT_EQ(parseModel("").message, "Error in Reading Title - RI1a\n");
+    folder.write("m.inp", "");
+    EXPECT_EQ(readModel("m.inp").message, "Error in Reading Title - RI1a\n");
+    EXPECT_EQ(readModel("m.inp").code, 1);
     EXPECT_EQ(readModel("no/such/file.inp").message, "Error in Opening Input File - RI1a\n");
+    EXPECT_EQ(readModel("no/such/file.inp").code, 1);
 }
 
 TEST(ModelReader, TheLimitsAreAsLopsidedAsTheirMessages) {
@@ -195,6 +202,57 @@ TEST(ModelReader, TheLimitsAreAsLopsidedAsTheirMessages) {
     const ModelReading read = reading(noSeams);
     EXPECT_TRUE(read.ok()) << read.message;
     EXPECT_EQ(modelFault(read.model).text, "A model needs at least one seam");
+}
+
+TEST(ModelFaults, AreRefusedWithTheirLineBeforeARun) {
+    struct Case {
+        void (*spoil)(ModelText&);
+        long line;
+        const char* reason;
+    };
+    const std::vector<Case> cases{
+        {[](ModelText& t) {
+             t.host = "0.25, 3000000, 600, -1, 0";
+             t.seams.clear();
+         },
+         2, "A model needs at least one seam"},
+        {[](ModelText& t) { t.host = "0.25, 3000000, 600, 1, -1"; }, 2,
+         "Unit Code Out of Range in Input File - PU1\n"},
+        {[](ModelText& t) { t.materials[0] = "2, 4000, 0, 800, 0.04, 0.33"; }, 4,
+         "Material 1 has a peak strain of 0"},
+        {[](ModelText& t) { t.materials[1] = "4, 50, 0.1, 20000, 0, 0"; }, 5,
+         "Material 2 has a gob height factor of 0"},
+        {[](ModelText& t) { t.grid = "-60, 10, 10, 0.09"; }, 6,
+         "The element width must be larger than 0"},
+        {[](ModelText& t) { t.grid = "60, -10, 10, 0.09"; }, 6,
+         "The numbers of elements must be 10 or more"},
+        {[](ModelText& t) { t.seams[0] = "0, 0, -6000, 0"; }, 7,
+         "The thickness of seam 1 must be larger than 0"},
+        {[](ModelText& t) { t.control = "1.35, 0.0001, 5000, 1, 0, 0, 0, 0"; }, 8,
+         "A model needs at least one step"},
+        {[](ModelText& t) {
+             t.control = "1.35, 0.0001, 5000, 1, 1, 1, 0, 0";
+             t.seams[0] = "0, 0, 0, 72";
+         },
+         7, "Seam 1 lies in the surface: no surface effects at depth 0"},
+        {[](ModelText& t) {
+             t.control = "1.35, 0.0001, 5000, 1, 1, 0, 1, 0";
+             t.offSeam = "6, 120, 3, 2, 10, 20, -6000\n";
+         },
+         10, "The off-seam grid lies on a seam"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.reason);
+        const test::TemporaryFolder folder;
+        ModelText text;
+        c.spoil(text);
+        folder.write("m.inp", text.text());
+        const auto prepared = prepareRun("m.inp");
+        ASSERT_FALSE(prepared);
+        EXPECT_EQ(prepared.error().text, c.reason);
+        EXPECT_EQ(prepared.error().line, c.line);
+        EXPECT_FALSE(folder.has("m.out"));
+    }
 }
 
 TEST(ModelFaults, AreNamed) {
@@ -221,58 +279,6 @@ TEST(ModelFaults, AreNamed) {
                   m.seams[0].z = 0.0;
               }),
               "");
-}
-
-TEST(Materials, LawsAtBelowAndAboveTheirBreaks) {
-    const Material softening{MaterialType::strainSofteningCoal, {4000, 0.01, 800, 0.04, 0}};
-    EXPECT_DOUBLE_EQ(elementStress(softening, 0.005), 2000.0);
-    EXPECT_DOUBLE_EQ(elementStress(softening, 0.01), 4000.0);
-    EXPECT_DOUBLE_EQ(elementStress(softening, 0.025), 2400.0); // half way down
-    EXPECT_DOUBLE_EQ(elementStress(softening, 0.04), 800.0);
-    EXPECT_DOUBLE_EQ(elementStress(softening, 0.5), 800.0);
-    EXPECT_DOUBLE_EQ(elementStress(softening, -0.001), -400.0);
-
-    const Material plastic{MaterialType::elasticPlasticCoal, {4000, 0.01, 20000, 0.3, 0}};
-    EXPECT_DOUBLE_EQ(elementStress(plastic, 0.0025), 1000.0);
-    EXPECT_DOUBLE_EQ(elementStress(plastic, 0.02), 4200.0);
-
-    const Material biLinear{MaterialType::biLinearHardeningGob, {100, 0.1, 5000, 2, 0}};
-    EXPECT_DOUBLE_EQ(elementStress(biLinear, 0.1), 50.0);  // e = 0.05
-    EXPECT_DOUBLE_EQ(elementStress(biLinear, 0.2), 100.0); // at the break the upper branch
-    EXPECT_DOUBLE_EQ(elementStress(biLinear, 0.4), 600.0);
-
-    // The tangent modulus grows from P1 at no stress to P2 at the peak stress.
-    const Material hardening{MaterialType::strainHardeningGob, {100, 35000, 4000, 1, 0}};
-    const double b = (35000.0 - 100.0) / 4000.0;
-    const double atPeak = std::log(4000.0 * b / 100.0 + 1.0) / b;
-    EXPECT_NEAR(elementStress(hardening, atPeak), 4000.0, 1e-8);
-    const double h = 1e-6;
-    EXPECT_NEAR((elementStress(hardening, atPeak + h) - elementStress(hardening, atPeak - h)) /
-                    (2 * h),
-                35000.0, 0.01);
-    const Material straight{MaterialType::strainHardeningGob, {100, 100, 4000, 2, 0}};
-    EXPECT_DOUBLE_EQ(elementStress(straight, 0.5), 25.0);
-
-    const Material gob{MaterialType::linearElasticGob, {3000, 0, 2, 0, 0}};
-    EXPECT_DOUBLE_EQ(elementStress(gob, 0.5), 750.0);
-}
-
-TEST(Materials, AnOverClosedEntryIsDamped) {
-    EXPECT_EQ(contactStress(1e6, 1.0, 500.0), 0.0);
-    double stress = 0.0;
-    for (int n = 0; n < 200; ++n)
-        stress = contactStress(1e6, 1.01, stress);
-    EXPECT_NEAR(stress, 1e6 * 0.01, 1e-4); // approaches E (strain - 1), a tenth at a time
-    EXPECT_NEAR(contactStress(1e6, 1.01, 0.0), 1000.0, 1e-9);
-}
-
-TEST(Materials, InverseRoutinesRefuseAStressAboveThePeak) {
-    const Material softening{MaterialType::strainSofteningCoal, {4000, 0.01, 800, 0.04, 0}};
-    EXPECT_DOUBLE_EQ(*strainSofteningStrain(softening, 1000.0), 0.0025);
-    EXPECT_EQ(strainSofteningStrain(softening, 4000.5).error().text,
-              "Stress is Greater Than Peak Stress - SSS1");
-    EXPECT_EQ(elasticPlasticStrain(softening, 4001).error().text,
-              "Primitive Stress is Greater Than Peak Stress - EPS1");
 }
 
 TEST(Codes, OnlyLettersOfGivenMaterialsAndOpenEntriesAreTaken) {

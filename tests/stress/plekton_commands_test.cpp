@@ -78,6 +78,35 @@ TEST(Transfer, TurnsOneItemOfOneStepIntoAGrid) {
     EXPECT_EQ(grid.getValue(1, 0), 70.0);
 }
 
+TEST(Transfer, TakesPlaceAndTurnOfTheBaseGridThatItLiesOn) {
+    ScriptRun run;
+    run.folder().write(
+        "m.f1", "  1,       4,           10,   2,   2,   1.2346e+05,         -200\n"
+                "  1,Seam Convergence         \n  1,                       ft\n1\n2\n3\n4\n");
+    const auto base = [](const char* x) {
+        return std::string("zelk_seamGrid\n:set Number of Cells in X Direction = 2\n"
+                           ":set Number of Cells in Y Direction = 2\n"
+                           ":set Cell Width in X Direction = 10\n"
+                           ":set Cell Width in Y Direction = 10\n"
+                           ":set Rotation to X axis (degree) = 30\n"
+                           ":set Y Coordinate of Grid Origin = -200\n"
+                           ":set X Coordinate of Grid Origin = ") +
+               x + "\n:page Seam Grid\n:ok\n";
+    };
+    const std::string transfer = "zelk_convPlekGrid\n:press Select\n:file m.f1\n"
+                                 ":select List = #1\n:press Transfer\n:file ";
+    run(base("123456.75") + transfer +
+        "same.grd\n:expect The file does not hold the grid's "
+        "rotation.\n:ok\n" +
+        base("123444") + transfer + "other.grd\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    grid::myGrid grid;
+    ASSERT_TRUE(grid.readGrid(run.host(), "same.grd", true));
+    EXPECT_EQ(grid.origin().x, 123456.75) << "prints as 1.2346e+05";
+    ASSERT_TRUE(grid.readGrid(run.host(), "other.grd", true));
+    EXPECT_EQ(grid.origin().x, 123460.0) << "123444 would print as 1.2344e+05";
+}
+
 TEST(Transfer, NamesTheFirstMissingLine) {
     ScriptRun run;
     run.folder().write("cut.f1", "1,4,10,2,2,0,0\n1,A\n1,ft\n1\n2\n3\n");

@@ -1,10 +1,11 @@
 #include "stress/law_table.h"
 #include "stress/relaxation.h"
 #include "stress/sweep_kernel.h"
+#include "tests/stress/each_width.h"
+#include "tests/stress/solid_model.h"
 #include "tests/support/literal_relaxation.h"
 
 #include <gtest/gtest.h>
-#include <hwy/targets.h>
 
 #include <bit>
 #include <cmath>
@@ -17,12 +18,7 @@ using namespace tessaran::stress;
 namespace {
 
 std::vector<Material> everyType() {
-    return {{MaterialType::linearElasticCoal, {3e5, 0, 0, 0, 0}},
-            {MaterialType::strainSofteningCoal, {4000, 0.0133, 900, 0.05, 0.33}},
-            {MaterialType::elasticPlasticCoal, {4500, 0.015, 1000, 0.33, 0}},
-            {MaterialType::biLinearHardeningGob, {50, 0.1, 20000, 2, 0.25}},
-            {MaterialType::strainHardeningGob, {100, 35000, 4000, 1.5, 0.25}},
-            {MaterialType::linearElasticGob, {8000, 0, 1.5, 0, 0}}};
+    return test::solidModel(10, 10).materials;
 }
 
 struct Plan {
@@ -128,28 +124,6 @@ void expectLiteral(const Plan& plan, const SeamState& literal, const test::Liter
     EXPECT_EQ(listener.told.empty(), expected.overClosed == 0);
 }
 
-// Every width of vector that the machine has, the plain code among them.
-class EachWidth {
-  public:
-    template <class Check>
-    static void run(const Check& check) {
-        const std::int64_t all = hwy::SupportedTargets();
-        int widths = 0;
-        for (std::int64_t target = 1; target > 0; target <<= 1) {
-            if ((all & target) == 0)
-                continue;
-            hwy::SetSupportedTargetsForTest(target);
-            hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-            SCOPED_TRACE(sweepKernel().name);
-            check();
-            ++widths;
-        }
-        hwy::SetSupportedTargetsForTest(0);
-        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
-        EXPECT_GT(widths, 0);
-    }
-};
-
 } // namespace
 
 TEST(Relaxation, IsThePlainLoopBitForBitAtEveryWidthAndNumberOfThreads) {
@@ -175,7 +149,7 @@ TEST(Relaxation, IsThePlainLoopBitForBitAtEveryWidthAndNumberOfThreads) {
                 test::LiteralRelaxation(plan.problem, plan.laws, literal).run();
             closed += expected.overClosed;
             converged += expected.converged;
-            EachWidth::run([&] {
+            test::EachWidth::run([&] {
                 for (const int threads : {1, 2 + variant}) {
                     SCOPED_TRACE(testing::Message() << "seed " << seed << ", " << size.nX << " x "
                                                     << size.nY << ", " << threads << " threads");

@@ -191,7 +191,11 @@ TEST(SeamCommand, RefusesWhatNoSeamGridCanBeMadeOf) {
         opened(10.0, 10.0 + 1e-6) +
         ":set Pillar Layer = PILLARS\n:choose Middle Point\n"
         ":press Build Grid\n:expect Plekton grid requires square "
-        "elements! You need redefine the cell width!!\n:cancel\n");
+        "elements! You need redefine the cell width!!\n"
+        ":set Cell Width in Y Direction = 10.000000001\n:press Build Grid\n"
+        ":expect Plekton grid requires square elements!\n"
+        ":set Cell Width in Y Direction = 10.00000000001\n:press Build Grid\n"
+        ":expect 1 Pillar objects were selected, 1 are related\n:answer no\n:cancel\n");
     EXPECT_EQ(run.status(), 0) << run.report();
 }
 

@@ -4,6 +4,7 @@
 #include "stress/topo_input.h"
 #include "stress/topo_model.h"
 #include "stress/topo_stress_file.h"
+#include "support/resource_limits.h"
 #include "support/script_run.h"
 
 #include <gmock/gmock.h>
@@ -11,6 +12,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <memory>
 #include <numbers>
 
 namespace tessaran::stress {
@@ -364,6 +366,44 @@ TEST(TopoCommand, ChecksItsFieldsInOrder) {
     ASSERT_EQ(run.status(), 0) << run.report();
     EXPECT_THAT(run.transcript(), HasSubstr("Poisson's Ratio = 0.25"));
     EXPECT_THAT(run.transcript(), HasSubstr("Seam grid is not defined!"));
+}
+
+TEST(TopoCommand, TellsOfAFullDiskForEveryFile) {
+    const auto runWith = [](auto&& spoil, const std::string& more = "") {
+        ScriptRun run;
+        writeDepths(run);
+        std::string map = "10,10,5000,2000\n";
+        for (int row = 0; row < 10; ++row)
+            map += "AAAAAAAAAA\n";
+        run.folder().write("seam.txt", map);
+        [[maybe_unused]] const auto limit = spoil(run.folder());
+        run(kScript + more + ":ok\n\n");
+        EXPECT_EQ(run.status(), 0) << run.report();
+        EXPECT_THAT(run.transcript(), HasSubstr("TopoModel was finished unsuccessfully!"));
+        EXPECT_FALSE(std::filesystem::is_regular_file("stress.top"));
+        return run.transcript();
+    };
+    const std::string input = runWith([](auto& folder) {
+        EXPECT_FALSE(folder.has("stress.tmp"));
+        return std::make_unique<test::FileSizeLimit>(40);
+    });
+    EXPECT_THAT(input, HasSubstr("File can not open for write!"));
+    EXPECT_THAT(input, HasSubstr("File too large"));
+    EXPECT_THAT(input, HasSubstr("File <stress.tmp> could not be opened to write!"));
+    EXPECT_THAT(input, HasSubstr("Could not Write the Output File - OFO2"));
+    const std::string log = runWith([](auto& folder) {
+        std::filesystem::create_symlink("/dev/full", folder / "stress.out");
+        return 0;
+    });
+    EXPECT_THAT(log, HasSubstr("Error in Opening Output File - TS1"));
+    EXPECT_THAT(log, HasSubstr("No space left on device"));
+    const std::string saved = runWith(
+        [](auto& folder) {
+            std::filesystem::create_directory(folder / "stress.top");
+            return 0;
+        },
+        ":answer yes\n");
+    EXPECT_THAT(saved, HasSubstr("File could not be written: stress.top"));
 }
 
 TEST(TopoCommand, TellsWhatIsMissing) {
