@@ -1,9 +1,11 @@
 // The dialog "Grid Utilities" through the console.
 
+#include "grid/grid_utility_pages.h"
 #include "grid/utility_script.h"
 #include "host/host.h"
 #include "host/services_entities.h"
 #include "host/services_layers.h"
+#include "support/recording_host.h"
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -299,6 +301,32 @@ TEST(GridUtility, DrawsTheGroupPercentage) {
         EXPECT_GE(extents.low.y, 0.0);
         EXPECT_LE(extents.high.y, 40.0);
     }
+}
+
+TEST(GridUtility, RefusesColourGroupsThatCannotBeTold) {
+    ScriptRun run;
+    // Numbers of this size are 16 apart, ten bands between two of them are not.
+    test::writeGrid(run, "a.grd", {{1e17, 1e17 + 16}, {1e17, 1e17}});
+    run(kLoad +
+        ":press Group Percentage\n\n:expect Invalid grid color group definition!\n:show\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("Status: Invalid grid color group definition!"));
+    EXPECT_EQ(run.drawing().entityCount(), 0u);
+}
+
+TEST(GridUtility, TipsNameTheFunctions) {
+    test::RecordingHost host;
+    GridUtilityPage page;
+    dlg_gridutility dialog(page);
+    const host::DialogSession session(host, dialog);
+    const auto tip = [&](const char* label) {
+        return session.find(label, host::DialogSession::Purpose::press).value().control->toolTip;
+    };
+    EXPECT_EQ(tip("Move Origin"), "Move grid origin point.");
+    EXPECT_EQ(tip("Apply Grid"), "Apply operation with another grid.");
+    EXPECT_EQ(tip("Apply Value"), "Apply operation with the value.");
+    EXPECT_EQ(tip("Edit"), "Check and change element value.");
+    EXPECT_EQ(tip("Preview"), "Preview the grid plot.");
 }
 
 TEST(GridUtility, PlotsCellByCellOrByGroup) {
