@@ -6,6 +6,7 @@
 
 #include <fmt/format.h>
 
+#include <cctype>
 #include <cmath>
 
 namespace tessaran::console {
@@ -28,6 +29,11 @@ PromptResult<T> answered(T value) {
     result.status = PromptStatus::ok;
     result.value = std::move(value);
     return result;
+}
+
+// As no pick does.
+bool beginsWithLetter(const std::string& text) {
+    return !text.empty() && std::isalpha(static_cast<unsigned char>(text.front())) != 0;
 }
 
 } // namespace
@@ -181,9 +187,18 @@ base::Result<host::Pick> LinePrompts::pick(std::string_view text) {
 }
 
 PromptResult<host::Pick> LinePrompts::pickEntity(const host::PickPrompt& prompt) {
+    std::string word;
     auto result = ask<host::Pick>(prompt.message, prompt.keywords, Words::all,
-                                  [&](const std::string& text) { return pick(text); });
-    if (result.ok() && !result.value.entity)
+                                  [&](const std::string& text) -> base::Result<host::Pick> {
+                                      if (!prompt.otherWords || !beginsWithLetter(text))
+                                          return pick(text);
+                                      word = text;
+                                      return host::Pick{};
+                                  });
+    if (!word.empty()) {
+        result.status = PromptStatus::keyword;
+        result.keyword = word;
+    } else if (result.ok() && !result.value.entity)
         result.status = PromptStatus::missed;
     return result;
 }

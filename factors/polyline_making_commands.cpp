@@ -35,7 +35,7 @@ class ChainTalk {
         tellElevation();
         for (;;) {
             const auto pick = host_.prompts().pickEntity(
-                {prompt(), "Elevation Reverse Close Nearest Farthest Undo"});
+                {prompt(), "Elevation Reverse Close Nearest Farthest Undo", true});
             if (pick.status == PromptStatus::cancel)
                 return;
             if (pick.status == PromptStatus::none)

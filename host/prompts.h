@@ -67,6 +67,7 @@ struct NumberPrompt {
 struct PickPrompt {
     std::string message;
     std::string keywords{};
+    bool otherWords = false; // words that are no keyword are given back like keywords
 };
 
 struct Pick {

@@ -228,6 +228,18 @@ TEST(CreatePolyline, ClosesOrMakesNothing) {
     EXPECT_EQ(polylineAt(run, run.drawing().lastEntity()).vertices.size(), 3u);
 }
 
+TEST(CreatePolyline, TellsWordsItDoesNotKnowAndGoesOn) {
+    ScriptRun run;
+    addLine(run, "A", {0, 0, 0}, {10, 0, 0});
+    run("zelk_createPolylineFromObjects\nWiden\n5,0\n\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("\nUnknown Key Word <Widen>\n[Elevation/Close/"));
+    EXPECT_EQ(count(run), 2u);
+    ScriptRun refused; // neither a word nor a pick
+    refused("zelk_createPolylineFromObjects\n5,x\n");
+    EXPECT_EQ(refused.status(), 1);
+}
+
 TEST(Join, MakesOnePolylineOfLinesAndPolylines) {
     ScriptRun run;
     addLine(run, "A", {10, 0, 0}, {10, 10, 0});
