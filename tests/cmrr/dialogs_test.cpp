@@ -93,6 +93,38 @@ TEST(CmrrDialogs, BackKeepsValuesAndChangesCountAgain) {
                 HasSubstr("Rating = 65.8"));
 }
 
+TEST(CmrrDialogs, TheTypeOfDataDecidesTheRating) {
+    ScriptRun run;
+    run(lines({kObservedUnit, ":set Unit1/Rating = 77\n"
+                              ":choose Unit1/Core Hole Data\n" // has no data yet
+                              ":press Next...\n"
+                              ":expect UD-CR1-1\n"
+                              ":choose Unit1/Underground Observation\n:show\n"}));
+    EXPECT_EQ(run.status(), 0) << run.report();
+    const std::string& text = run.transcript();
+    EXPECT_THAT(text.substr(text.rfind("group Unit1"), 600), HasSubstr("Rating = 45\n"));
+}
+
+TEST(CmrrDialogs, AChangeTakesTheResultAway) {
+    ScriptRun run;
+    run(lines({kObservedUnit, kCoreUnit, kFinish, ":set Bolt Length(ft) = 6\n:show\n"}));
+    EXPECT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript().substr(run.transcript().rfind("Final CMRR")),
+                Not(HasSubstr("47.5103")));
+}
+
+// Also while the unit's rating is a typed one, which uses none of them.
+TEST(CmrrDialogs, GridsOfOneUnitsDetailsHaveToFit) {
+    ScriptRun run;
+    run.folder().write("d.grd", evenGrid("100"));
+    run.folder().write("else.grd", evenGrid("5000", {101.0}));
+    run("CMRR\n:choose Unit1/Core Hole Data\n:set Unit1/Rating = 50\n:press Unit1/Details...\n"
+        ":set Diametral Strength Grid File = d.grd\n:choose UCS (psi)\n"
+        ":set Axial UCS Grid File = else.grd\n"
+        ":expect same location as your previous grids - H-R-2\n");
+    EXPECT_EQ(run.status(), 0) << run.report();
+}
+
 TEST(CmrrDialogs, CancelledDetailsLeaveTheUnitAsItWas) {
     ScriptRun run;
     run(lines({kObservedUnit, ":press Unit1/Details...\n"

@@ -232,6 +232,16 @@ TEST(DefectBuild, EscapeBeforeItBeginsKeepsThePresentGrid) {
     EXPECT_EQ(cells(run, "RFRI_Water.grd"), (Cells{1, 1, 5, 1, 1, 1, 1, 5, 1, 1}));
 }
 
+TEST(DefectBuild, TakesTheGridAsItIsNow) {
+    ScriptRun run;
+    addDefect(run, "RFRI_Water", 5, {{25, 0}, {25, 20}});
+    run(kOpen + ":page Ground Water\n:press Build Grid\n\n"
+                ":set Number of Cells in X Direction = 3\n:page Ground Water\n"
+                ":press Build Grid\n:answer ok\n\n:press Save Grid\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_EQ(cells(run, "RFRI_Water.grd").size(), 6u);
+}
+
 TEST(DefectDialog, FilesGetTheirEndingAndKeepAName) {
     ScriptRun run;
     addDefect(run, "RFRI_Water", 5, {{25, 0}, {25, 20}});
@@ -242,6 +252,7 @@ TEST(DefectDialog, FilesGetTheirEndingAndKeepAName) {
                 ":set Output File = total\n:press Save\n:ok\n");
     ASSERT_EQ(run.status(), 0) << run.report();
     EXPECT_THAT(run.transcript(), HasSubstr("wet.grd was successfully read into the grid"));
+    EXPECT_THAT(run.transcript(), Not(HasSubstr("is not saved")));
     EXPECT_TRUE(run.folder().has("wet.grd"));
     EXPECT_TRUE(run.folder().has("total.grd"));
     EXPECT_FALSE(run.folder().has("RFRI_Water.grd"));
@@ -386,8 +397,24 @@ TEST(FinalDialog, TurnsWithTheBaseGrid) {
         "zelk_RFRI_Draw\n:page Joint Separations\n:press Edit Grid\n0,3\n\n4\n\nYES\n"
         ":press Save Grid\n:ok\n");
     ASSERT_EQ(run.status(), 0) << run.report();
-    // The point 0,3 lies in cell (0, 0) of the turned grid, in no cell of an upright one...
+    // The point 0,3 lies in cell (0, 0) of the turned grid, in no cell of an upright one.
     EXPECT_EQ(cells(run, "RFRI_JointSep.grd"), (Cells{5, 1, 1, 1, 1, 4, 1, 1, 1, 1}));
+}
+
+TEST(FinalDialog, DrawsOnTheTurnedBaseGrid) {
+    ScriptRun run;
+    run("zelk_setGrid\n"
+        ":set Number of Cells in X Direction = 5\n:set Number of Cells in Y Direction = 2\n"
+        ":set Cell Width in X Direction = 10\n:set Cell Width in Y Direction = 10\n"
+        ":set Rotation to X axis (degree) = 90\n:ok\n"
+        "zelk_RFRI_Calc\n:press Final RFRI Calculation\n:press Draw\n:ok\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    const auto drawn = run.drawing().select(host::SelectionFilter{{}, {"HATCH"}, {}});
+    ASSERT_EQ(drawn.size(), 1u);
+    const auto box = *run.drawing().extents(drawn[0]);
+    EXPECT_NEAR(box.low.x, -20.0, 1e-5);
+    EXPECT_NEAR(box.high.x, 0.0, 1e-5);
+    EXPECT_NEAR(box.high.y, 50.0, 1e-5);
 }
 
 } // namespace
