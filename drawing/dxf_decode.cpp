@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "drawing/acis_sat.h"
 #include "drawing/dxf_hatch.h"
+#include "drawing/dxf_look.h"
 
 #include <algorithm>
 #include <cmath>
@@ -338,6 +339,8 @@ DecodedEntity EntityDecoder::decode(std::span<const Tag> tags) const {
     out.entity.geometry = geometry(type, parts, out.warning);
     if (!out.warning.empty())
         out.entity.geometry = host::Other{std::string(type)};
+    else if (auto* other = std::get_if<host::Other>(&out.entity.geometry))
+        other->look = lookOf(file_, type, parts);
     if (!parts.xdata.empty())
         out.xdata = xdata(parts.xdata);
     return out;

@@ -151,8 +151,9 @@ PictureSummary drawMap(const Database& database, const FilterTest& passes,
         options.overlay(canvas);
     cairo_restore(context);
     database.forEachEntity([&](const EntityRecord& record) {
-        const bool other = std::holds_alternative<host::Other>(record.entity.geometry);
-        summary.notShown += other && passes(record) && isShown(database, record) ? 1u : 0u;
+        const auto* other = std::get_if<host::Other>(&record.entity.geometry);
+        const bool unknown = other != nullptr && other->look == nullptr;
+        summary.notShown += unknown && passes(record) && isShown(database, record) ? 1u : 0u;
     });
     return summary;
 }

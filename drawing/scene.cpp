@@ -119,7 +119,10 @@ class Walker {
                 },
                 [&](const host::Face3d& f) { curve(curveOf(f.corners, true), pen, around); },
                 [&](const host::Insert& i) { insert(i, entity, layer, pen, around); },
-                [](const host::Other&) {},
+                [&](const host::Other& o) {
+                    if (o.look)
+                        look(*o.look, entity, layer, pen, around);
+                },
             },
             entity.geometry);
     }
@@ -188,6 +191,18 @@ class Walker {
         for (const host::Loop& loop : h.loops)
             loops.push_back(mapped(curveOf(loop, h.elevation), around.place));
         canvas_.fill(loops, pen);
+    }
+
+    void look(const host::Look& look, const host::Entity& entity, const host::Layer& layer,
+              const Pen& pen, const Around& around) {
+        for (const Curve& line : look.curves)
+            curve(line, pen, around);
+        for (const Curve& area : look.areas)
+            canvas_.fill({mapped(area, around.place)}, pen);
+        for (const host::Text& text : look.texts)
+            canvas_.text(mapped(text, around.place), pen);
+        if (!look.block.empty())
+            insert({look.block, {}}, entity, layer, pen, around);
     }
 
     void insert(const host::Insert& i, const host::Entity& entity, const host::Layer& layer,

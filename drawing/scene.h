@@ -1,7 +1,7 @@
 #pragma once
 
 // The walk over the drawing into a canvas, in drawing order: layers and blocks resolved, inserts
-// expanded. Entities of types that the system does not work with show nothing.
+// expanded. Entities of types that the system does not work with show what their look holds.
 
 #include "drawing/canvas.h"
 #include "drawing/database.h"

@@ -5,10 +5,11 @@
 // the world's X axis. Planar entities lie in planes parallel to world XY (entities of other planes
 // come as Other and are kept untouched).
 
-#include "geometry/point.h"
+#include "geometry/curve.h"
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <variant>
 #include <vector>
@@ -131,9 +132,18 @@ struct Insert {
     double rotation = 0.0;
 };
 
-// Anything the system does not work with; kept as it is.
+// What an entity of another kind shows: curved outlines as chains of chords.
+struct Look {
+    std::vector<geometry::Curve> curves;
+    std::vector<geometry::Curve> areas; // each filled by itself
+    std::vector<Text> texts;
+    std::string block; // drawn in place, such as a dimension's; empty: none
+};
+
+// Anything the system does not work with; kept as it is, and shown where its look is known.
 struct Other {
     std::string dxfName;
+    std::shared_ptr<const Look> look{}; // null: not known
 };
 
 using EntityGeometry = std::variant<Line, Polyline, Polyline3d, PointMark, Circle, Arc, Text, Hatch,
