@@ -73,7 +73,8 @@ bool relaxSeam(RunState& run, int s, int level, int& mostIterations) {
     const Stopwatch clock;
     run.problem.thickness = run.thickness(s);
     SeamWatch watch(run, s);
-    const RelaxationOutcome outcome = relax(run.problem, run.laws[seam], run.seams[seam], watch);
+    const RelaxationOutcome outcome =
+        relax(run.problem, run.laws[seam], run.seams[seam], watch, run.memory);
     LevelProfile& profile = run.profile[seam][RunState::index(level)];
     profile.relaxationSeconds += clock.seconds();
     profile.iterations += outcome.iterations;

@@ -88,11 +88,16 @@ LawsInUse lawsInUse(const RelaxationProblem& problem, const ElementLaws& laws,
     }
     number[kOpenEntry] = kOpenLaw;
     out.law = allocatedArray<std::uint8_t>(ArrayKind::cmatrix, laws.law.size());
-    for (std::size_t k = 0; k < laws.law.size(); ++k) {
-        out.law[k] = number[laws.law[k]];
-        if (laws.law[k] == kOpenEntry && state.total[k] != 0.0)
-            out.law[k] = kContactLaw;
-    }
+    // Without a branch: openings stand as they please.
+    static_assert(kContactLaw == kOpenLaw + 1);
+    base::parallelRanges(
+        0, static_cast<int>(laws.law.size()), kElementsWorthThreads, [&](int begin, int end) {
+            for (auto k = static_cast<std::size_t>(begin); k < static_cast<std::size_t>(end); ++k) {
+                const unsigned contact =
+                    (laws.law[k] == kOpenEntry ? 1U : 0U) & (state.total[k] != 0.0 ? 1U : 0U);
+                out.law[k] = static_cast<std::uint8_t>(number[laws.law[k]] + contact);
+            }
+        });
     return out;
 }
 
@@ -100,11 +105,12 @@ LawsInUse lawsInUse(const RelaxationProblem& problem, const ElementLaws& laws,
 class Relaxation {
   public:
     Relaxation(const RelaxationProblem& problem, SeamState& state, RelaxationWatch& watch,
-               const ExternalStresses& external, LawsInUse laws)
-        : problem_(problem), state_(state), watch_(watch), laws_(std::move(laws)),
+               const ExternalStresses& external, LawsInUse laws, RelaxationMemory& memory)
+        : problem_(problem), state_(state), watch_(watch), memory_(memory), laws_(std::move(laws)),
           told_(allocatedArray<std::uint8_t>(ArrayKind::cmatrix, laws_.law.size())),
           constants_(constantsOf(problem, state.nY)),
-          seam_(state.nX, state.nY, kernel_.lanes, static_cast<int>(external.fields.size())) {
+          seam_(state.nX, state.nY, kernel_.lanes, static_cast<int>(external.fields.size()),
+                std::move(memory.values)) {
         constants_.streams = static_cast<int>(external.fields.size());
         constants_.hasShared = external.shared.has_value();
         constants_.shared = external.shared.value_or(0.0);
@@ -113,6 +119,10 @@ class Relaxation {
         constants_.told = told_.data();
         seam_.load(state.convergence, external.fields, laws_.law);
     }
+
+    Relaxation(const Relaxation&) = delete;
+    Relaxation& operator=(const Relaxation&) = delete;
+    ~Relaxation() { memory_.values = seam_.takeMemory(); }
 
     SweepConstants& constants() { return constants_; }
 
@@ -149,6 +159,7 @@ class Relaxation {
     const RelaxationProblem& problem_;
     SeamState& state_;
     RelaxationWatch& watch_;
+    RelaxationMemory& memory_;
     LawsInUse laws_;
     std::vector<std::uint8_t> told_;
     SweepConstants constants_;
@@ -176,6 +187,12 @@ ElementLaws lawsOf(const ElementCodes& codes, int nX, int nY, int materialCount)
 
 RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
                         RelaxationWatch& watch) {
+    RelaxationMemory memory;
+    return relax(problem, laws, state, watch, memory);
+}
+
+RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
+                        RelaxationWatch& watch, RelaxationMemory& memory) {
     RelaxationOutcome out;
     if (!laws.refusal.empty()) {
         out.ending = RelaxationOutcome::Ending::badCode;
@@ -183,7 +200,7 @@ RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& law
         return out;
     }
     Relaxation relaxation(problem, state, watch, externalStresses(state),
-                          lawsInUse(problem, laws, state));
+                          lawsInUse(problem, laws, state), memory);
     if (beginsAtAll(problem))
         out = relaxation.sweep();
     if (out.ending == RelaxationOutcome::Ending::converged)
@@ -197,7 +214,9 @@ RelaxationOutcome relaxUnderLoad(const RelaxationProblem& problem, const std::ve
         return {};
     LawsInUse laws;
     laws.law = allocatedArray(ArrayKind::cmatrix, state.elements(), kNoLaw);
-    Relaxation relaxation(problem, state, watch, {std::nullopt, {load.data()}}, std::move(laws));
+    RelaxationMemory memory;
+    Relaxation relaxation(problem, state, watch, {std::nullopt, {load.data()}}, std::move(laws),
+                          memory);
     relaxation.constants().thickness = 1.0; // no strain is asked for
     return relaxation.sweep();
 }

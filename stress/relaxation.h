@@ -8,6 +8,7 @@
 // sigma being what the element carries and q its external stress. The iteration sweeps the elements
 // in place, X outer and Y inner, and over-relaxes by omega.
 
+#include "stress/aligned_doubles.h"
 #include "stress/material.h"
 #include "stress/seam_state.h"
 
@@ -65,10 +66,17 @@ struct ElementLaws {
 };
 ElementLaws lawsOf(const ElementCodes& codes, int nX, int nY, int materialCount);
 
+// What relaxations after one another work in, so that the system need not clear it for each.
+struct RelaxationMemory {
+    AlignedDoubles values;
+};
+
 // Relaxes the seam from its present convergence. `state.total` holds what over-closed entries
 // remember when it starts, and the element stresses of the final convergence when it has converged.
 // Values, number of iterations and reports are those of the plain double loop with elementStress(),
 // bit for bit, whatever the width of the machine's vectors and the number of threads.
+RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
+                        RelaxationWatch& watch, RelaxationMemory& memory);
 RelaxationOutcome relax(const RelaxationProblem& problem, const ElementLaws& laws, SeamState& state,
                         RelaxationWatch& watch);
 

@@ -21,6 +21,7 @@ class RunState {
     RunWatch& watch;
 
     RelaxationProblem problem;
+    RelaxationMemory memory;
     std::vector<SeamState> seams;
     std::vector<ElementField> fields;
     // Of the present step:

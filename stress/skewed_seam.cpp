@@ -4,17 +4,9 @@
 #include "stress/arrays.h"
 
 #include <algorithm>
-#include <cstdlib>
-
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
 
 namespace tessaran::stress {
 namespace {
-
-constexpr std::size_t kLargePage = std::size_t{1} << 21;
-constexpr std::size_t kVectorAlignment = 64;
 
 // Vectors in a strip, the ones around it included: lanes lag behind by up to lanes - 1, and the
 // strip before is read that far ahead.
@@ -32,23 +24,6 @@ int vectorsOf(int nY, int lanes, int recordLength) {
 }
 
 } // namespace
-
-AlignedDoubles::AlignedDoubles(std::size_t count) : size_(count) {
-    const std::size_t bytes = count * sizeof(double);
-    const std::size_t alignment = bytes >= kLargePage ? kLargePage : kVectorAlignment;
-    const std::size_t whole = (bytes + alignment - 1) / alignment * alignment;
-    data_.reset(static_cast<double*>(std::aligned_alloc(alignment, whole)));
-    if (!data_)
-        throw AllocationFailure(ArrayKind::dmatrix, AllocationFailure::Cause::refused);
-#ifdef __linux__
-    if (alignment == kLargePage)
-        madvise(data_.get(), whole, MADV_HUGEPAGE); // a refusal only costs time
-#endif
-}
-
-void AlignedDoubles::Free::operator()(double* data) const {
-    std::free(data);
-}
 
 SkewedSeam::SkewedSeam(int nX, int nY, int lanes, int streams, AlignedDoubles scratch)
     : nX_(nX), nY_(nY), lanes_(lanes), streams_(streams), strips_((nX + lanes - 1) / lanes),

@@ -4,33 +4,16 @@
 // lines as a vector has lanes, each strip's vectors skewed, values and external stresses of a
 // vector side by side in a record. Ghost lines and elements around the seam have their places too.
 
+#include "stress/aligned_doubles.h"
 #include "stress/law_table.h"
 #include "stress/seam_state.h"
 #include "stress/sweep_kernel.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace tessaran::stress {
-
-// Doubles of 64-byte alignment, on large pages where the system has them. Not cleared.
-class AlignedDoubles {
-  public:
-    AlignedDoubles() = default;
-    explicit AlignedDoubles(std::size_t count);
-    double* data() { return data_.get(); }
-    const double* data() const { return data_.get(); }
-    std::size_t size() const { return size_; }
-
-  private:
-    struct Free {
-        void operator()(double* data) const;
-    };
-    std::unique_ptr<double[], Free> data_;
-    std::size_t size_ = 0;
-};
 
 class SkewedSeam {
   public:
