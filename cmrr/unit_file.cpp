@@ -202,19 +202,22 @@ class Writer {
              relative(input.file));
     }
     std::string relative(const std::string& path) {
-        if (path.find_first_of("\r\n") != std::string::npos)
-            badPath_ = path;
         if (path.empty())
             return {};
         std::error_code ignored;
         const fs::path whole = fs::absolute(path, ignored).lexically_normal();
-        return whole.lexically_proximate(folder_).generic_string();
+        std::string written = whole.lexically_proximate(folder_).generic_string();
+        // Lines end at a break, and blanks around a path do not count.
+        if (written.find_first_of("\r\n") != std::string::npos || base::trimmed(written) != written)
+            badPath_ = path;
+        return written;
     }
 
     Result<std::string> text() && {
         if (!badPath_.empty())
             return base::formatError("The path \"" + badPath_ +
-                                     "\" has a line break in it, which a unit file cannot hold.");
+                                     "\" has a line break in it or blanks at an end, which a unit "
+                                     "file cannot hold.");
         return std::move(text_);
     }
 

@@ -72,8 +72,13 @@ TEST(UnitFile, KeepsGridPathsRelativeToItself) {
 
 TEST(UnitFile, RefusesAPathThatItCannotHold) {
     RoofData data = someRoof();
-    data.unit[1].thickness.file = "two\nlines.grd";
-    EXPECT_FALSE(unitText(data, {}));
+    for (const char* name :
+         {"two\nlines.grd", " blank before.grd", "blank behind.grd ", "./\v.grd"}) {
+        data.unit[1].thickness.file = name;
+        EXPECT_FALSE(unitText(data, {})) << name;
+    }
+    data.unit[1].thickness.file = "folder/ blank inside.grd";
+    EXPECT_TRUE(unitText(data, {}));
 }
 
 std::string whyNot(const std::string& text) {
