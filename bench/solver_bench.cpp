@@ -128,10 +128,13 @@ void relaxationCall(benchmark::State& state) {
     seam.problem.criterion = 1e9;
     seam.problem.maxIterations = 5;
     stress::RelaxationWatch watch;
+    stress::RelaxationMemory memory;
+    double least = 1e9;
     for (auto _ : state)
-        stress::relax(seam.problem, seam.laws, seam.state, watch);
-    state.counters["ns_an_element"] = benchmark::Counter(
-        1e-9 * n * n, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+        least = std::min(least, bench::seconds([&] {
+                             stress::relax(seam.problem, seam.laws, seam.state, watch, memory);
+                         }));
+    state.counters["ns_an_element"] = 1e9 * least / n / n;
 }
 
 // What the double loops take for a run of these iterations and passes.
