@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "console/entity_text.h"
 #include "console/plain_commands.h"
+#include "host/services_selection.h"
 
 #include <fmt/format.h>
 
@@ -173,11 +174,11 @@ void changeAll(ConsoleHost& host, const std::vector<host::EntityId>& ids,
 } // namespace
 
 void eraseCommand(ConsoleHost& host) {
-    const auto selection = host.prompts().getSelection({});
-    if (!selection.ok())
+    const auto selection = host::selectObjects(host, {});
+    if (selection.empty())
         return;
     std::size_t kept = 0;
-    for (const host::EntityId id : selection.value)
+    for (const host::EntityId id : selection)
         if (!host.drawing().erase(id))
             ++kept;
     if (kept > 0)
@@ -185,14 +186,14 @@ void eraseCommand(ConsoleHost& host) {
 }
 
 void moveCommand(ConsoleHost& host) {
-    const auto selection = host.prompts().getSelection({});
-    if (!selection.ok())
+    const auto selection = host::selectObjects(host, {});
+    if (selection.empty())
         return;
     const auto by = askDisplacement(host);
     if (!by)
         return;
     std::size_t kept = 0;
-    for (const host::EntityId id : selection.value)
+    for (const host::EntityId id : selection)
         if (!moveEntity(host.drawing(), id, Shift{*by}))
             ++kept;
     if (kept > 0)
@@ -200,17 +201,17 @@ void moveCommand(ConsoleHost& host) {
 }
 
 void listCommand(ConsoleHost& host) {
-    const auto selection = host.prompts().getSelection({});
-    if (!selection.ok())
+    const auto selection = host::selectObjects(host, {});
+    if (selection.empty())
         return;
-    for (const host::EntityId id : selection.value)
+    for (const host::EntityId id : selection)
         if (const host::Entity* entity = host.drawing().find(id))
             host.print("\n" + describe(*entity));
 }
 
 void changePropertiesCommand(ConsoleHost& host) {
-    const auto selection = host.prompts().getSelection({});
-    if (!selection.ok())
+    const auto selection = host::selectObjects(host, {});
+    if (selection.empty())
         return;
     for (;;) {
         const auto property = host.prompts().getKeyword(
@@ -227,7 +228,7 @@ void changePropertiesCommand(ConsoleHost& host) {
         if (!value.ok())
             continue;
         if (const auto change = propertyChange(host, property.value, value.value))
-            changeAll(host, selection.value, *change);
+            changeAll(host, selection, *change);
     }
 }
 
