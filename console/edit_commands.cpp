@@ -1,12 +1,9 @@
-#include "base/numbers.h"
-#include "base/text.h"
 #include "console/entity_text.h"
 #include "console/plain_commands.h"
+#include "console/property_changes.h"
 #include "host/services_selection.h"
 
 #include <fmt/format.h>
-
-#include <functional>
 
 namespace tessaran::console {
 namespace {
@@ -118,53 +115,15 @@ void repeat(ConsoleHost& host, int count, const char* nothingLeft, const Step& s
     }
 }
 
-// --- colour, layer and linetype of objects
-
-// "ByLayer", "ByBlock" or a number of the colour table.
-std::optional<int> parseColour(std::string_view text) {
-    if (base::equalsIgnoringCase(text, "ByLayer"))
-        return host::colour::kByLayer;
-    if (base::equalsIgnoringCase(text, "ByBlock"))
-        return host::colour::kByBlock;
-    const auto number = base::wholeInt(text);
-    return number && *number >= 1 && *number <= 255 ? std::optional(static_cast<int>(*number))
-                                                    : std::nullopt;
-}
-
-// The change of one property as typed; nothing when it cannot be: told.
-std::optional<std::function<void(host::Entity&)>>
-propertyChange(ConsoleHost& host, const std::string& property, const std::string& value) {
-    const auto refuse = [&](const std::string& why) {
-        host.frontEnd().refused(why);
-        return std::nullopt;
-    };
-    if (property == "Color") {
-        const auto colour = parseColour(value);
-        if (!colour)
-            return refuse("A colour is ByLayer, ByBlock or a number between 1 and 255.");
-        return [colour = *colour](host::Entity& entity) { entity.colour = colour; };
-    }
-    if (property == "LAyer") {
-        if (!host.drawing().layer(value))
-            return refuse(fmt::format("no layer \"{}\"", value));
-        return [value](host::Entity& entity) { entity.layer = value; };
-    }
-    if (!host.drawing().hasLinetype(value) && !base::equalsIgnoringCase(value, "ByLayer") &&
-        !base::equalsIgnoringCase(value, "ByBlock"))
-        return refuse(fmt::format("no linetype \"{}\"", value));
-    return [value](host::Entity& entity) { entity.linetype = value; };
-}
-
 void changeAll(ConsoleHost& host, const std::vector<host::EntityId>& ids,
-               const std::function<void(host::Entity&)>& change) {
+               const PropertyChange& change) {
     std::size_t kept = 0;
     for (const host::EntityId id : ids) {
         const host::Entity* found = host.drawing().find(id);
         if (found == nullptr)
             continue;
         host::Entity entity = *found;
-        change(entity);
-        if (!host.drawing().modify(entity))
+        if (!change(entity) || !host.drawing().modify(entity))
             ++kept;
     }
     if (kept > 0)
@@ -214,21 +173,22 @@ void changePropertiesCommand(ConsoleHost& host) {
     if (selection.empty())
         return;
     for (;;) {
-        const auto property = host.prompts().getKeyword(
-            "\nEnter property to change [Color/LAyer/LType]:", "Color LAyer LType");
+        const auto property =
+            host.prompts().getKeyword("\nEnter property to change "
+                                      "[Color/LAyer/LType/Elevation/Width/CLosed/TExt/Height]:",
+                                      "Color LAyer LType Elevation Width CLosed TExt Height");
         if (!property.ok())
             return;
-        const auto value = host.prompts().getString(
-            property.value == "Color"   ? "\nEnter new colour (1-255 or ByLayer):"
-            : property.value == "LAyer" ? "\nEnter new layer name:"
-                                        : "\nEnter new linetype name:",
-            true);
+        const auto value = host.prompts().getString(propertyPrompt(property.value), true);
         if (value.status == PromptStatus::cancel)
             return;
         if (!value.ok())
             continue;
-        if (const auto change = propertyChange(host, property.value, value.value))
+        const auto change = propertyChange(host.drawing(), property.value, value.value);
+        if (change)
             changeAll(host, selection, *change);
+        else
+            host.frontEnd().refused(change.error().text);
     }
 }
 

@@ -62,4 +62,10 @@ Line parseLine(std::string raw, int number) {
     return line;
 }
 
+std::string answerLine(const std::string& text) {
+    const bool special =
+        !text.empty() && std::string_view(":;^\\ ").find(text[0]) != std::string_view::npos;
+    return special ? "\\" + text : text;
+}
+
 } // namespace tessaran::console

@@ -41,4 +41,7 @@ struct Line {
 
 Line parseLine(std::string raw, int number);
 
+// The line that gives the text as an answer as it stands, whatever it begins with.
+std::string answerLine(const std::string& text);
+
 } // namespace tessaran::console

@@ -87,6 +87,8 @@ class DrawingView final : public QWidget {
     console::Document& document() const { return state_.workspace.current(); }
     PictureKey wanted() const;
     void setView(const drawing::View& view);
+    void show(const drawing::View& view);
+    void takeUpView(bool other); // `other`: of another drawing than before
     void fitNewDrawing();
     void viewChanged();
     void renderSlice();
@@ -121,6 +123,7 @@ class DrawingView final : public QWidget {
     PictureKey highlightKey_;
     std::uint64_t highlightChanges_ = 0;
     ViewHistories histories_;
+    drawing::View shown_; // as it was set here last
     std::uint64_t seenRevision_ = 0;
     std::uint64_t seenChanges_ = 0;
     const drawing::Database* seen_ = nullptr;

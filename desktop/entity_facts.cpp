@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include <cmath>
+#include <map>
 #include <numbers>
 
 namespace tessaran::desktop {
@@ -158,6 +159,16 @@ std::vector<Fact> factsOf(const drawing::EntityRecord& record) {
         for (const host::XDataItem& item : data.items)
             facts.push_back({data.application, itemText(item)});
     return facts;
+}
+
+std::string changedBy(const std::string& fact) {
+    static const std::map<std::string, std::string> names{{"Closed", "CLosed"},
+                                                          {"Elevation", "Elevation"},
+                                                          {"Constant width", "Width"},
+                                                          {"Text", "TExt"},
+                                                          {"Height", "Height"}};
+    const auto found = names.find(fact);
+    return found == names.end() ? std::string{} : found->second;
 }
 
 } // namespace tessaran::desktop

@@ -15,5 +15,7 @@ using Fact = std::pair<std::string, std::string>; // name, value
 // "Polyline", "Text", ...
 std::string kindOf(const host::Entity& entity);
 std::vector<Fact> factsOf(const drawing::EntityRecord& record);
+// The name by which CHPROP changes what the fact of that name tells; empty: it cannot be changed.
+std::string changedBy(const std::string& fact);
 
 } // namespace tessaran::desktop

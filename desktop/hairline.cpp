@@ -17,9 +17,18 @@ std::int64_t fixed(double value) {
 
 } // namespace
 
-Hairline::Hairline(QImage& image)
+Hairline::Hairline(QImage& image, int width)
     : bits_(image.bits()), stride_(image.bytesPerLine()), width_(image.width()),
-      height_(image.height()) {}
+      height_(image.height()), thick_(width) {}
+
+// As many pixels as the line is wide, around the place as far as the image reaches.
+void Hairline::block(int x, int y, QRgb colour) {
+    const int left = std::max(0, x - thick_ / 2);
+    const int right = std::min(width_, x - thick_ / 2 + thick_);
+    const int bottom = std::min(height_, y - thick_ / 2 + thick_);
+    for (int j = std::max(0, y - thick_ / 2); j < bottom; ++j)
+        std::fill(row(j) + left, row(j) + right, colour);
+}
 
 // A pixel a step along the longer direction.
 void Hairline::segment(QPointF from, QPointF to, QRgb colour) {

@@ -4,10 +4,12 @@
 #include "desktop/manual_pages.h"
 #include "desktop/qt_text.h"
 #include "desktop/recent_files.h"
+#include "desktop/tool_icons.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenuBar>
+#include <QToolBar>
 
 namespace tessaran::desktop {
 
@@ -21,6 +23,7 @@ MainMenu::MainMenu(MainWindow& window) : window_(window) {
         addModuleItems(window_.menuBar()->addMenu(qt(pullDown.name)), pullDown.items);
     buildTools();
     buildHelp();
+    buildToolBar();
 }
 
 QAction* MainMenu::add(QMenu* menu, const QString& label, const QKeySequence& keys,
@@ -38,13 +41,38 @@ QAction* MainMenu::addCommand(QMenu* menu, const QString& label, const QKeySeque
         menu, label, keys, [this, lines = std::move(lines)] { window_.run(lines); }, help);
 }
 
+// Puts the item into the tool bar too, under that picture.
+void MainMenu::onBar(QAction* action, ToolIcon icon) {
+    action->setIcon(toolIcon(icon, window_.palette().color(QPalette::ButtonText)));
+    action->setIconVisibleInMenu(false);
+    onBar_.push_back(action);
+}
+
+void MainMenu::buildToolBar() {
+    QToolBar* bar = window_.addToolBar("Tool Bar");
+    bar->setObjectName("toolBar");
+    bar->setIconSize({kToolIconSize, kToolIconSize});
+    for (QAction* action : onBar_)
+        if (action != nullptr)
+            bar->addAction(action);
+        else
+            bar->addSeparator();
+    panels_->addSeparator();
+    panels_->addAction(bar->toggleViewAction());
+}
+
 void MainMenu::buildFile() {
     QMenu* menu = window_.menuBar()->addMenu("&File");
-    addCommand(menu, "&New", QKeySequence::New, {"NEW"}, "Begins an empty drawing");
-    addCommand(menu, "&Open...", QKeySequence::Open, {"OPEN", ""}, "Opens a drawing file");
+    onBar(addCommand(menu, "&New", QKeySequence::New, {"NEW"}, "Begins an empty drawing"),
+          ToolIcon::newDrawing);
+    onBar(addCommand(menu, "&Open...", QKeySequence::Open, {"OPEN", ""}, "Opens a drawing file"),
+          ToolIcon::open);
     recent_ = menu->addMenu("Open &Recent");
     menu->addSeparator();
-    addCommand(menu, "&Save", QKeySequence::Save, {"SAVE", ""}, "Saves the drawing to its file");
+    onBar(addCommand(menu, "&Save", QKeySequence::Save, {"SAVE", ""},
+                     "Saves the drawing to its file"),
+          ToolIcon::save);
+    onBar_.push_back(nullptr);
     addCommand(menu, "Save &As...", QKeySequence::SaveAs, {"SAVEAS", ""},
                "Saves the drawing to another file");
     add(
@@ -62,6 +90,9 @@ void MainMenu::buildEdit() {
         addCommand(menu, "&Undo", QKeySequence::Undo, {"UNDO 1"}, "Takes the last command back");
     redo_ =
         addCommand(menu, "&Redo", QKeySequence::Redo, {"REDO"}, "Does again what was taken back");
+    onBar(undo_, ToolIcon::undo);
+    onBar(redo_, ToolIcon::redo);
+    onBar_.push_back(nullptr);
     menu->addSeparator();
     const auto onSelection = [&](const QString& label, const QKeySequence& keys, const char* name,
                                  const char* help) {
@@ -85,21 +116,26 @@ void MainMenu::buildView() {
     QMenu* menu = window_.menuBar()->addMenu("&View");
     DrawingView& view = window_.view();
     const auto centre = [&view] { return QPointF(0.5 * view.width(), 0.5 * view.height()); };
-    add(
-        menu, "Zoom &Extents", QKeySequence("Ctrl+0"), [&view] { view.zoomExtents(); },
-        "Shows the whole drawing");
-    add(
-        menu, "Zoom &Window", {}, [&view] { view.beginZoomWindow(); },
-        "Shows the box given by two corners");
-    add(
-        menu, "Zoom &Previous", QKeySequence("Ctrl+Backspace"), [&view] { view.zoomPrevious(); },
-        "Goes back to the view before");
-    add(
-        menu, "Zoom &In", QKeySequence::ZoomIn, [&view, centre] { view.zoomBy(1.5, centre()); },
-        "Shows less, larger");
-    add(
-        menu, "Zoom &Out", QKeySequence::ZoomOut,
-        [&view, centre] { view.zoomBy(1.0 / 1.5, centre()); }, "Shows more, smaller");
+    onBar(add(
+              menu, "Zoom &Extents", QKeySequence("Ctrl+0"), [&view] { view.zoomExtents(); },
+              "Shows the whole drawing"),
+          ToolIcon::zoomExtents);
+    onBar(add(
+              menu, "Zoom &Window", {}, [&view] { view.beginZoomWindow(); },
+              "Shows the box given by two corners"),
+          ToolIcon::zoomWindow);
+    onBar(add(
+              menu, "Zoom &Previous", QKeySequence("Ctrl+Backspace"),
+              [&view] { view.zoomPrevious(); }, "Goes back to the view before"),
+          ToolIcon::zoomPrevious);
+    onBar(add(
+              menu, "Zoom &In", QKeySequence::ZoomIn,
+              [&view, centre] { view.zoomBy(1.5, centre()); }, "Shows less, larger"),
+          ToolIcon::zoomIn);
+    onBar(add(
+              menu, "Zoom &Out", QKeySequence::ZoomOut,
+              [&view, centre] { view.zoomBy(1.0 / 1.5, centre()); }, "Shows more, smaller"),
+          ToolIcon::zoomOut);
     menu->addSeparator();
     buildSnaps(menu->addMenu("Object &Snap"));
     menu->addAction(window_.orthoAction());
@@ -108,9 +144,9 @@ void MainMenu::buildView() {
     dark->setCheckable(true);
     dark->setChecked(window_.isDark());
     QObject::connect(dark, &QAction::toggled, &window_, [this](bool on) { window_.setDark(on); });
-    QMenu* panels = menu->addMenu("&Panels");
+    panels_ = menu->addMenu("&Panels");
     for (QDockWidget* dock : window_.findChildren<QDockWidget*>())
-        panels->addAction(dock->toggleViewAction());
+        panels_->addAction(dock->toggleViewAction());
 }
 
 void MainMenu::buildSnaps(QMenu* menu) {

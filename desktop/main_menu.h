@@ -1,6 +1,7 @@
 #pragma once
 
-// The host's own menus, and the pull-downs that the module handed over.
+// The host's own menus, the pull-downs that the module handed over, and the tool bar with the items
+// that are wanted most.
 
 #include "console/command_stack.h"
 
@@ -11,6 +12,7 @@
 namespace tessaran::desktop {
 
 class MainWindow;
+enum class ToolIcon;
 
 class MainMenu {
   public:
@@ -35,11 +37,15 @@ class MainMenu {
     void showRecent();
     void saveSession();
     void showGrid();
+    void onBar(QAction* action, ToolIcon icon);
+    void buildToolBar();
 
     MainWindow& window_;
     QMenu* recent_ = nullptr;
+    QMenu* panels_ = nullptr;
     QAction* undo_ = nullptr;
     QAction* redo_ = nullptr;
+    std::vector<QAction*> onBar_; // in the tool bar's order; null: a separator
 };
 
 } // namespace tessaran::desktop

@@ -25,6 +25,7 @@
 namespace tessaran::desktop {
 namespace {
 
+constexpr qsizetype kMostTypedKept = 100;
 constexpr int kStatusMilliseconds = 5000; // how long the status area shows a text
 
 } // namespace
@@ -236,14 +237,15 @@ void MainWindow::showSelection() {
 void MainWindow::restore() {
     const host::Profile& profile = parts_.state.profileFile;
     const auto read = [&](const char* key) { return profile.read("Window", key); };
-    if (const auto geometry = read("Geometry"))
-        restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(*geometry)));
-    if (const auto panels = read("Panels"))
-        restoreState(QByteArray::fromBase64(QByteArray::fromStdString(*panels)));
     setDark(read("Background").value_or("dark") != "light");
     view_->setSnaps({base::leadingInt(read("Snaps").value_or("35"))});
     ortho_->setChecked(read("Ortho").value_or("0") == "1");
+    commands_->line().setPast(qt(read("Typed").value_or("")).split('\n', Qt::SkipEmptyParts));
     buildMenus();
+    if (const auto geometry = read("Geometry"))
+        restoreGeometry(QByteArray::fromBase64(QByteArray::fromStdString(*geometry)));
+    if (const auto panels = read("Panels")) // the tool bar's place too
+        restoreState(QByteArray::fromBase64(QByteArray::fromStdString(*panels)));
 }
 
 void MainWindow::keep() {
@@ -253,6 +255,9 @@ void MainWindow::keep() {
     profile.write("Window", "Background", dark_ ? "dark" : "light");
     profile.write("Window", "Snaps", std::to_string(view_->snaps().bits));
     profile.write("Window", "Ortho", view_->ortho() ? "1" : "0");
+    const QStringList& typed = commands_->line().past();
+    const QStringList last = typed.mid(std::max<qsizetype>(0, typed.size() - kMostTypedKept));
+    profile.write("Window", "Typed", utf8(last.join('\n')));
 }
 
 // --- around each wait

@@ -80,7 +80,8 @@ void PainterCanvas::usePen(const Pen& pen, double width, double curveLength) {
         return;
     QPen qtPen(colourOf(pen.colour), shown, style_.line, wide ? Qt::FlatCap : Qt::SquareCap,
                wide ? Qt::MiterJoin : Qt::BevelJoin);
-    qtPen.setCosmetic(!wide);
+    // A cosmetic pen is the fast one, but it counts the device's pixels.
+    qtPen.setCosmetic(!wide && painter_.device()->devicePixelRatioF() == 1.0);
     if (dashed) {
         QList<qreal> list;
         for (const double length : lengths)
@@ -125,10 +126,11 @@ Box2 PainterCanvas::trace(const Curve& curve) {
     return box;
 }
 
-// Whether it is nothing but a line of one pixel in the entity's colour.
+// Whether it is nothing but a thin line in the entity's colour.
 bool PainterCanvas::isPlain(const Pen& pen, double width) const {
     return style_.lines && !style_.smooth && !style_.colour && pen.dashes == nullptr &&
-           width <= style_.hairline && style_.hairline <= 1.0 && style_.least <= 1.0;
+           width <= style_.hairline && style_.hairline <= style_.lines.width() &&
+           style_.least <= style_.hairline;
 }
 
 void PainterCanvas::strokeCut(bool closed) {

@@ -1,5 +1,6 @@
 #include "desktop/property_panel.h"
 
+#include "console/line.h"
 #include "desktop/click_answers.h"
 #include "desktop/colour_choice.h"
 #include "desktop/entity_facts.h"
@@ -14,6 +15,8 @@ namespace tessaran::desktop {
 namespace {
 
 constexpr const char* kVarious = "(various)";
+constexpr int kValue = 1;                  // the column
+constexpr std::size_t kMostCompared = 500; // objects whose common values are looked for
 
 // What all of them have, or nothing.
 template <class T, class Get>
@@ -26,6 +29,16 @@ std::optional<T> common(const std::vector<const drawing::EntityRecord*>& records
         value = one;
     }
     return value;
+}
+
+// Those that the others have too; what differs is told as various.
+std::vector<Fact> sharedFacts(const std::vector<Fact>& some, const std::vector<Fact>& others) {
+    std::vector<Fact> shared;
+    for (const auto& [name, value] : some)
+        for (const auto& [otherName, otherValue] : others)
+            if (name == otherName)
+                shared.emplace_back(name, value == otherValue ? value : kVarious);
+    return shared;
 }
 
 void choose(QComboBox& box, const std::optional<std::string>& text) {
@@ -67,6 +80,16 @@ PropertyPanel::PropertyPanel(Run run, QWidget* parent)
     facts_->setAlternatingRowColors(true);
     facts_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     column->addWidget(facts_, 1);
+    facts_->setEditTriggers(QAbstractItemView::NoEditTriggers); // but by a click on the value
+    QObject::connect(facts_, &QTreeWidget::itemClicked, this,
+                     [this](QTreeWidgetItem* item, int at) {
+                         if (at == kValue && item->flags().testFlag(Qt::ItemIsEditable))
+                             facts_->editItem(item, kValue);
+                     });
+    QObject::connect(facts_, &QTreeWidget::itemChanged, this,
+                     [this](QTreeWidgetItem* item, int /*column*/) {
+                         change(changedBy(utf8(item->text(0))), utf8(item->text(kValue)));
+                     });
     QObject::connect(layer_, &QComboBox::textActivated, this,
                      [this](const QString& text) { change("LAyer", utf8(text)); });
     QObject::connect(linetype_, &QComboBox::textActivated, this,
@@ -121,21 +144,43 @@ void PropertyPanel::show(const drawing::Database& database,
     colour_->setText(colour ? colourName(*colour) : QString(kVarious));
     if (colour)
         colour_->setIcon(colourIcon(*colour));
-    if (records.size() == 1) {
+    if (records.size() == 1)
         for (const auto& [name, value] : factsOf(*records.front()))
-            facts_->addTopLevelItem(new QTreeWidgetItem({qt(name), qt(value)}));
-        return;
-    }
+            addFact(name, value);
+    else
+        showSeveral(records);
+}
+
+// How many of each kind, and what can be changed of all of them.
+void PropertyPanel::showSeveral(const std::vector<const drawing::EntityRecord*>& records) {
     std::map<std::string, int> kinds;
     for (const drawing::EntityRecord* record : records)
         ++kinds[kindOf(record->entity)];
     for (const auto& [kind, count] : kinds)
-        facts_->addTopLevelItem(new QTreeWidgetItem({qt(kind), QString::number(count)}));
+        addFact(kind, std::to_string(count));
+    if (records.size() > kMostCompared)
+        return;
+    std::vector<Fact> shared = factsOf(*records.front());
+    std::erase_if(shared, [](const Fact& fact) { return changedBy(fact.first).empty(); });
+    for (const drawing::EntityRecord* record : records)
+        shared = sharedFacts(shared, factsOf(*record));
+    for (const auto& [name, value] : shared)
+        addFact(name, value);
+}
+
+void PropertyPanel::addFact(const std::string& name, const std::string& value) {
+    const QSignalBlocker blocker(facts_);
+    auto* item = new QTreeWidgetItem({qt(name), qt(value)});
+    if (!changedBy(name).empty()) {
+        item->setFlags(item->flags() | Qt::ItemIsEditable);
+        item->setToolTip(kValue, "Click to change it");
+    }
+    facts_->addTopLevelItem(item);
 }
 
 void PropertyPanel::change(const std::string& property, const std::string& value) {
     if (value != kVarious && !selection_.empty())
-        run_({"CHPROP", handlesLine(selection_), "", property, value, ""});
+        run_({"CHPROP", handlesLine(selection_), "", property, console::answerLine(value), ""});
 }
 
 } // namespace tessaran::desktop

@@ -1,7 +1,7 @@
 #pragma once
 
-// The properties of the selected objects. Layer, colour and linetype can be changed, through the
-// CHPROP command; the rest is told.
+// The properties of the selected objects. What the CHPROP command changes can be changed here
+// through it; the rest is told.
 
 #include "drawing/database.h"
 
@@ -28,6 +28,8 @@ class PropertyPanel final : public QWidget {
   private:
     void clear();
     void fillLayers(const drawing::Database& database);
+    void showSeveral(const std::vector<const drawing::EntityRecord*>& records);
+    void addFact(const std::string& name, const std::string& value);
     void change(const std::string& property, const std::string& value);
 
     Run run_;

@@ -50,7 +50,7 @@ void ScenePicture::forget() {
 void ScenePicture::paint(QPainter& painter, const Hairline& lines, Clock::time_point until) {
     PainterCanvas canvas(painter, next_.map(),
                          {.background = next_.background,
-                          .hairline = std::max(1.0, std::floor(next_.ratio)),
+                          .hairline = static_cast<double>(lines.width()),
                           .smooth = entities_.size() <= kMostSmooth,
                           .lines = lines});
     while (done_ < entities_.size()) {
@@ -68,7 +68,7 @@ bool ScenePicture::work(std::chrono::milliseconds budget) {
         return false;
     }
     const auto start = Clock::now();
-    const Hairline lines(canvas_);
+    const Hairline lines(canvas_, std::max(1, static_cast<int>(next_.ratio)));
     QPainter painter(&canvas_);
     paint(painter, lines, start + budget);
     painter.end();

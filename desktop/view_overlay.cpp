@@ -25,9 +25,7 @@ QPointF onPage(const PageMap& map, Point2 world) {
 }
 
 QPen thin(const QColor& colour, Qt::PenStyle line = Qt::SolidLine) {
-    QPen pen(colour, 1.0, line);
-    pen.setCosmetic(true);
-    return pen;
+    return {colour, 1.0, line};
 }
 
 geometry::Curve outlineOf(const console::KeptGraphics::Outline& outline) {

@@ -12,12 +12,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QLineEdit>
 #include <QTest>
 #include <cmath>
 
 namespace tessaran::test {
 namespace {
 
+using desktop::CommandLine;
 using desktop::LayerPanel;
 
 QTreeWidgetItem* layerItem(User& user, const QString& name) {
@@ -76,6 +78,72 @@ TEST(WindowPanels, PropertiesTellAndChangeTheSelection) {
     user.menu("Undo CHPROP").look([&] { EXPECT_EQ(user.drawing().find(id)->layer, "0"); });
     user.work();
     EXPECT_THAT(user.script(), ::testing::HasSubstr("CHPROP\n#"));
+}
+
+// A polyline's width is the level of a defect.
+TEST(WindowPanels, AValueIsTypedOverTheOneShown) {
+    User user;
+    host::Entity entity;
+    host::Polyline line;
+    line.vertices = {{.at = {10, 10}}, {.at = {30, 10}}};
+    line.constantWidth = 0.5;
+    entity.geometry = line;
+    const auto first = *user.drawing().add(entity);
+    line.vertices = {{.at = {10, 30}}, {.at = {30, 30}}};
+    line.elevation = 2.0;
+    entity.geometry = line;
+    const auto second = *user.drawing().add(entity);
+    const auto width = [&](host::EntityId id) {
+        return std::get<host::Polyline>(user.drawing().find(id)->geometry).constantWidth;
+    };
+    const auto overtype = [&](const char* name, const char* value) {
+        user.look([&user, name, value] {
+            QTreeWidget& facts = user.window().properties().facts();
+            const auto found = facts.findItems(name, Qt::MatchExactly);
+            ASSERT_EQ(found.size(), 1);
+            clickCell(facts, found.front(), 1);
+            auto* edit = facts.viewport()->findChild<QLineEdit*>();
+            ASSERT_NE(edit, nullptr);
+            QTest::keyClicks(edit, value);
+            QTest::keyClick(edit, Qt::Key_Return);
+        });
+        user.look([] {}).look([] {}); // the list takes the value a moment later
+    };
+    user.clickAt({20, 10});
+    overtype("Constant width", "3");
+    user.look([&] {
+        EXPECT_EQ(width(first), 3.0);
+        EXPECT_EQ(width(second), 0.5);
+    });
+    user.menu("Undo CHPROP").look([&] { EXPECT_EQ(width(first), 0.5); });
+    user.clickAt({20, 30}); // both
+    overtype("Constant width", "4");
+    overtype("Elevation", "wide"); // refused: no number
+    user.look([&] {
+        EXPECT_EQ(width(first), 4.0);
+        EXPECT_EQ(width(second), 4.0);
+        EXPECT_EQ(std::get<host::Polyline>(user.drawing().find(second)->geometry).elevation, 2.0);
+        QTreeWidget& facts = user.window().properties().facts();
+        EXPECT_EQ(facts.findItems("Elevation", Qt::MatchExactly).front()->text(1), "(various)");
+    });
+    user.work();
+}
+
+TEST(WindowPanels, LinesTypedAreThereInTheNextRun) {
+    const TemporaryFolder kept;
+    User first({.profile = kept / "profile.ini"});
+    first.type("POINT 1,1").type("ZOOM E");
+    first.work();
+    User second({.profile = kept / "profile.ini"});
+    second.look([&] {
+        CommandLine& line = second.window().commands().line();
+        QTest::keyClick(&line, Qt::Key_Up);
+        EXPECT_EQ(line.text(), "ZOOM E");
+        QTest::keyClick(&line, Qt::Key_Up);
+        EXPECT_EQ(line.text(), "POINT 1,1");
+        QTest::keyClick(&line, Qt::Key_Escape);
+    });
+    second.work();
 }
 
 // --- grids --------------------------------------------------------------------------------------
@@ -155,6 +223,32 @@ TEST(ChangeProperties, RefusesWhatTheDrawingDoesNotKnow) {
     EXPECT_EQ(outcome("LAyer\nNOWHERE"), std::tuple(1, byLayer, "ByLayer"));
     EXPECT_EQ(outcome("LType\nContinuous"), std::tuple(0, byLayer, "Continuous"));
     EXPECT_EQ(outcome("LType\nWAVES"), std::tuple(1, byLayer, "ByLayer"));
+}
+
+TEST(ChangeProperties, ChangesWhatEachKindHas) {
+    ScriptRun run;
+    host::Polyline path;
+    path.vertices = {{.at = {0, 0}, .startWidth = 1.0}, {.at = {9, 0}}, {.at = {9, 9}}};
+    host::Text note;
+    note.text = "old";
+    const auto add = [&](host::EntityGeometry geometry) {
+        return *run.drawing().add({{}, "0", 256, "ByLayer", std::move(geometry)});
+    };
+    const auto polyline = add(path);
+    const auto text = add(note);
+    run("CHPROP\nall\n\nWidth\n2.5\nElevation\n-7\nCLosed\nyes\nTExt\n\\:new one\nHeight\n3\n\n"
+        "CHPROP\nall\n\nHeight\n-1\n\n");
+    ASSERT_EQ(run.status(), 0) << run.report();
+    const auto& changed = std::get<host::Polyline>(run.drawing().find(polyline)->geometry);
+    EXPECT_EQ(changed.constantWidth, 2.5);
+    EXPECT_EQ(changed.vertices[0].startWidth, 0.0);
+    EXPECT_EQ(changed.elevation, -7.0);
+    EXPECT_TRUE(changed.closed);
+    const auto& written = std::get<host::Text>(run.drawing().find(text)->geometry);
+    EXPECT_EQ(written.text, ":new one");
+    EXPECT_EQ(written.height, 3.0);
+    EXPECT_THAT(run.transcript(), ::testing::HasSubstr("1 could not be changed"));
+    EXPECT_THAT(run.transcript(), ::testing::HasSubstr("2 could not be changed")); // height -1
 }
 
 } // namespace

@@ -1,10 +1,14 @@
 // The view: what zooming and panning keep, and that the picture at rest is exact.
 
+#include "dialog_bench.h"
 #include "user.h"
 
 #include <gtest/gtest.h>
 
+#include <QProcess>
 #include <QTest>
+#include <QToolBar>
+#include <cmath>
 
 namespace tessaran::test {
 namespace {
@@ -62,6 +66,40 @@ TEST(WindowView, PreviousGoesBackAndExtentsShowsAll) {
     user.work();
 }
 
+TEST(WindowView, PreviousGoesBackFromATypedZoomToo) {
+    User user;
+    addMany(user.drawing(), 50);
+    drawing::View before;
+    user.look([&] {
+        user.view().showView({20, 20}, 30.0);
+        before = user.drawing().view();
+        QTest::qSleep(700); // a view that was looked at
+    });
+    user.type("ZOOM 1,1 3,2").menu("Zoom Previous").look([&] {
+        EXPECT_EQ(user.drawing().view().centre, before.centre);
+        EXPECT_EQ(user.drawing().view().height, before.height);
+    });
+    user.work();
+}
+
+TEST(WindowView, TheToolBarsButtonsAreTheMenusItems) {
+    User user;
+    addMany(user.drawing(), 50);
+    user.look([&] {
+        user.view().showView({1000, 1000}, 5.0);
+        auto* bar = user.window().findChild<QToolBar*>("toolBar");
+        ASSERT_NE(bar, nullptr);
+        for (QAction* action : bar->actions()) {
+            EXPECT_TRUE(action->isSeparator() || !action->icon().isNull())
+                << action->text().toStdString();
+            if (action->text().remove('&') == "Zoom Extents")
+                QTest::mouseClick(bar->widgetForAction(action), Qt::LeftButton);
+        }
+        EXPECT_TRUE(user.drawing().view().box().contains(user.drawing().extents()));
+    });
+    user.work();
+}
+
 TEST(WindowView, ZoomWindowShowsTheBox) {
     User user;
     user.menu("Zoom Window").drag({20, 20}, {30, 25});
@@ -92,14 +130,15 @@ TEST(WindowView, ThePictureAtRestIsTheOneOfAFreshView) {
         view.settle();
         travelled = view.grab().toImage();
         const drawing::View shown = user.drawing().view();
+        const double ratio = view.devicePixelRatioF();
         desktop::ScenePicture picture;
         const desktop::PictureKey key{&user.drawing(),
                                       user.drawing().revision(),
                                       shown.centre,
                                       shown.unitsPerPixel() * view.height(),
-                                      view.width(),
-                                      view.height(),
-                                      1.0,
+                                      static_cast<int>(std::lround(view.width() * ratio)),
+                                      static_cast<int>(std::lround(view.height() * ratio)),
+                                      ratio,
                                       view.style().background};
         picture.want(key);
         while (!picture.work(std::chrono::milliseconds(100)))
@@ -109,7 +148,8 @@ TEST(WindowView, ThePictureAtRestIsTheOneOfAFreshView) {
     user.work();
     ASSERT_EQ(travelled.size(), fresh.size());
     int different = 0;
-    for (int y = 0; y < fresh.height() - 80; ++y) // the axes stand below
+    const int axes = static_cast<int>(80 * fresh.devicePixelRatio()); // stand below
+    for (int y = 0; y < fresh.height() - axes; ++y)
         for (int x = 0; x < fresh.width(); ++x)
             different += travelled.pixel(x, y) != fresh.pixel(x, y) ? 1 : 0;
     EXPECT_EQ(different, 0);
@@ -134,6 +174,50 @@ TEST(WindowView, HairlinesReachTheirEndsAndStayInTheImage) {
     EXPECT_EQ(drawn({{-5, -5}, {-1, 20}}), "....................");
 }
 
+TEST(WindowView, ThickHairlinesCoverTheirWidth) {
+    QImage image(6, 4, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    const QPointF points[] = {{1.5, 1.5}, {4.5, 1.5}};
+    desktop::Hairline(image, 2).polyline(points, qRgb(255, 255, 255));
+    std::string out;
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 6; ++x)
+            out += image.pixelColor(x, y) == Qt::white ? '#' : '.';
+    EXPECT_EQ(out, "#####.#####.............");
+}
+
+// The same tests on screens whose pixels are finer than those that widgets count.
+TEST(WindowFineScreen, PicksSnapsAndPicturesAreTheSame) {
+    application(); // knows this program's path
+    for (const char* factor : {"1.5", "2"}) {
+        QProcess again;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("QT_SCALE_FACTOR", factor);
+        again.setProcessEnvironment(environment);
+        again.setProcessChannelMode(QProcess::MergedChannels);
+        again.start(QCoreApplication::applicationFilePath(),
+                    {"--gtest_filter=WindowView.*:WindowPrompts.*:WindowPanels.*"});
+        ASSERT_TRUE(again.waitForFinished(200'000));
+        EXPECT_EQ(again.exitCode(), 0) << factor << again.readAll().toStdString();
+    }
+}
+
+TEST(WindowView, ManyHighlightsAreAsSharpAsFewOnFineScreens) {
+    User user;
+    addMany(user.drawing(), 1000);
+    user.menu("Select All").look([&] {
+        user.view().settle();
+        const QImage image = user.view().grab().toImage();
+        const QColor wanted = user.view().style().highlight;
+        int exact = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                exact += image.pixelColor(x, y) == wanted ? 1 : 0;
+        EXPECT_GT(exact, 1000);
+    });
+    user.work();
+}
+
 TEST(WindowView, ACellPatchShowsItsColoursWhereTheCellsLie) {
     User user;
     host::CellPatch patch{
@@ -146,7 +230,7 @@ TEST(WindowView, ACellPatchShowsItsColoursWhereTheCellsLie) {
         user.view().settle();
         const QImage image = user.view().grab().toImage();
         const auto at = [&](Point2 world) {
-            const Point2 p = user.view().map()(world);
+            const Point2 p = image.devicePixelRatio() * user.view().map()(world);
             return image.pixelColor(static_cast<int>(p.x), static_cast<int>(p.y));
         };
         EXPECT_EQ(at({22.5, 22.5}), QColor(255, 0, 0));
