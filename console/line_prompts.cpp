@@ -92,13 +92,15 @@ PromptResult<double> LinePrompts::measured(const host::NumberPrompt& prompt, con
     return answered(measure(first, other.value));
 }
 
-PromptResult<double> LinePrompts::getDistance(const host::NumberPrompt& prompt) {
+template <class Parse, class Measure>
+PromptResult<double> LinePrompts::typedOrMeasured(const host::NumberPrompt& prompt,
+                                                  const Parse& parse, const Measure& measure) {
     std::optional<Point3> first;
     auto result = ask<double>(prompt.message, prompt.keywords, Words::one,
                               [&](const std::string& text) -> base::Result<double> {
                                   first.reset();
                                   if (!isWrittenAsPoint(text))
-                                      return parseReal(text, prompt);
+                                      return parse(text);
                                   const auto parsed = point(text, prompt.base);
                                   if (!parsed)
                                       return parsed.error();
@@ -107,30 +109,22 @@ PromptResult<double> LinePrompts::getDistance(const host::NumberPrompt& prompt) 
                               });
     if (!result.ok() || !first)
         return result;
-    return measured(prompt, *first, [](const Point3& a, const Point3& b) {
-        const Point3 d = b - a;
-        return std::hypot(d.x, d.y, d.z);
-    });
+    return measured(prompt, *first, measure);
+}
+
+PromptResult<double> LinePrompts::getDistance(const host::NumberPrompt& prompt) {
+    return typedOrMeasured(
+        prompt, [&](const std::string& text) { return parseReal(text, prompt); },
+        [](const Point3& a, const Point3& b) {
+            const Point3 d = b - a;
+            return std::hypot(d.x, d.y, d.z);
+        });
 }
 
 PromptResult<double> LinePrompts::getOrientation(const host::NumberPrompt& prompt) {
-    std::optional<Point3> first;
-    auto result = ask<double>(prompt.message, prompt.keywords, Words::one,
-                              [&](const std::string& text) -> base::Result<double> {
-                                  first.reset();
-                                  if (!isWrittenAsPoint(text))
-                                      return parseAngle(text);
-                                  const auto parsed = point(text, prompt.base);
-                                  if (!parsed)
-                                      return parsed.error();
-                                  first = *parsed;
-                                  return 0.0;
-                              });
-    if (!result.ok() || !first)
-        return result;
-    return measured(prompt, *first, [](const Point3& a, const Point3& b) {
-        return std::atan2(b.y - a.y, b.x - a.x);
-    });
+    return typedOrMeasured(
+        prompt, [](const std::string& text) { return parseAngle(text); },
+        [](const Point3& a, const Point3& b) { return std::atan2(b.y - a.y, b.x - a.x); });
 }
 
 PromptResult<double> LinePrompts::getReal(const host::NumberPrompt& prompt) {

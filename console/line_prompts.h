@@ -43,6 +43,10 @@ class LinePrompts : public host::Prompts {
     template <class Measure>
     host::PromptResult<double> measured(const host::NumberPrompt& prompt, const Point3& first,
                                         const Measure& measure);
+    // A number that `parse` reads, or points that `measure` makes one of.
+    template <class Parse, class Measure>
+    host::PromptResult<double> typedOrMeasured(const host::NumberPrompt& prompt, const Parse& parse,
+                                               const Measure& measure);
     base::Result<host::Pick> pick(std::string_view text);
     bool completePoints(SelectionStep& step);
 

@@ -53,6 +53,21 @@ std::vector<std::size_t> meetings(const std::vector<Curve>& contours) {
     return *meetingContours(contours, progress);
 }
 
+// The plain way: every pair is asked.
+template <class Meet>
+std::vector<std::size_t> membersOfPairs(const std::vector<Curve>& curves, const Meet& meet) {
+    std::vector<bool> found(curves.size(), false);
+    for (std::size_t a = 0; a < curves.size(); ++a)
+        for (std::size_t b = a + 1; b < curves.size(); ++b)
+            if (meet(curves[a], curves[b]))
+                found[a] = found[b] = true;
+    std::vector<std::size_t> members;
+    for (std::size_t k = 0; k < found.size(); ++k)
+        if (found[k])
+            members.push_back(k);
+    return members;
+}
+
 const std::vector<Point2> kHouse{{0, 0}, {8, 0}, {8, 5}, {4, 2}, {0, 5}}; // a dent in its roof
 
 // At the origin and where mine plans lie.
@@ -134,16 +149,9 @@ TEST(PolygonCheck, FindsWhatEveryPairGives) {
         }
         stars.push_back(curve(points, true));
     }
-    std::vector<bool> found(stars.size(), false);
-    for (std::size_t a = 0; a < stars.size(); ++a)
-        for (std::size_t b = a + 1; b < stars.size(); ++b)
-            if (geometry::overlapArea(stars[a].flattenedPlan(1.0), stars[b].flattenedPlan(1.0)) >
-                1e-10)
-                found[a] = found[b] = true;
-    std::vector<std::size_t> expected;
-    for (std::size_t k = 0; k < found.size(); ++k)
-        if (found[k])
-            expected.push_back(k);
+    const auto expected = membersOfPairs(stars, [](const Curve& a, const Curve& b) {
+        return geometry::overlapArea(a.flattenedPlan(1.0), b.flattenedPlan(1.0)) > 1e-10;
+    });
     ASSERT_GT(expected.size(), 10u);
     ASSERT_LT(expected.size(), 110u);
     EXPECT_EQ(overlaps(stars), expected);
@@ -182,15 +190,8 @@ TEST(Contours, AreTheSameAsByEveryPairOfCurves) {
             points.push_back(points.back() + Point2{step(random), step(random)});
         lines.push_back(curve(points, k % 3 == 0));
     }
-    std::vector<bool> found(lines.size(), false);
-    for (std::size_t a = 0; a < lines.size(); ++a)
-        for (std::size_t b = a + 1; b < lines.size(); ++b)
-            if (!geometry::crossings(lines[a], lines[b]).empty())
-                found[a] = found[b] = true;
-    std::vector<std::size_t> expected;
-    for (std::size_t k = 0; k < found.size(); ++k)
-        if (found[k])
-            expected.push_back(k);
+    const auto expected = membersOfPairs(
+        lines, [](const Curve& a, const Curve& b) { return !geometry::crossings(a, b).empty(); });
     ASSERT_GT(expected.size(), 10u);
     ASSERT_LT(expected.size(), 145u);
     EXPECT_EQ(meetings(lines), expected);
