@@ -8,6 +8,10 @@
 
 namespace tessaran::desktop {
 
+namespace {
+constexpr int kNarrowestLine = 200; // pixels
+}
+
 std::string shortPrompt(const PromptState& prompt) {
     if (prompt.kind == PromptState::Kind::command)
         return "Command";
@@ -38,13 +42,21 @@ CommandPanel::CommandPanel(QWidget* parent)
     QFont bold = prompt_->font();
     bold.setBold(true);
     prompt_->setFont(bold);
+    prompt_->setMinimumWidth(1); // a long prompt gives way to the line; the history holds it whole
     row->addWidget(prompt_);
-    keywordRow_->setContentsMargins(0, 0, 0, 0);
-    keywordRow_->setSpacing(3);
-    row->addWidget(keywords_);
     row->addWidget(line_, 1);
+    keywords_->setAutoFillBackground(true);
+    keywords_->setBackgroundRole(QPalette::Base);
+    keywordRow_->setContentsMargins(6, 2, 6, 0);
+    keywordRow_->setSpacing(3);
+    keywordRow_->setAlignment(Qt::AlignLeft);
+    keywordRow_->setSizeConstraint(
+        QLayout::SetNoConstraint); // many of them do not widen the window
+    column->addWidget(keywords_);
     column->addWidget(bar);
     line_->setFont(history_->font());
+    line_->setMinimumWidth(kNarrowestLine);
+    keywords_->hide();
 }
 
 void CommandPanel::showPrompt(const PromptState& prompt) {
@@ -67,6 +79,7 @@ void CommandPanel::showKeywords(const std::vector<host::Keyword>& keywords) {
         item->widget()->deleteLater();
         delete item;
     }
+    keywords_->setVisible(!keywords.empty());
     for (const host::Keyword& keyword : keywords) {
         auto* button = new QToolButton(keywords_);
         button->setText(qt(keyword.name));

@@ -89,32 +89,39 @@ void DrawingView::viewChanged() {
     update();
 }
 
-// A drawing that was never shown here is shown whole.
+// A drawing that was never shown here is shown whole, and stays so as the window finds its size
+// until the view is changed; later the scale is kept.
 void DrawingView::fitNewDrawing() {
     drawing::View view = database().view();
     const bool known = histories_.knows(database());
     if (known && view.widthPixels == width() && view.heightPixels == height())
         return;
+    if (!known || (view.centre == whole_.centre && view.height == whole_.height)) {
+        whole_ = wholeView();
+        if (!known)
+            histories_.leave(database(), whole_);
+        show(whole_);
+        viewChanged();
+        return;
+    }
     const double unit = view.unitsPerPixel();
     view.widthPixels = std::max(1, width());
     view.heightPixels = std::max(1, height());
     view.height = unit * view.heightPixels;
     show(view);
-    if (!known) {
-        histories_.leave(database(), view);
-        zoomExtents();
-    }
+}
+
+drawing::View DrawingView::wholeView() const {
+    const host::Box2 box = database().extents();
+    if (box.empty())
+        return viewAt({50.0, 31.25}, 62.5);
+    const double aspect = static_cast<double>(width()) / std::max(1, height());
+    const double high = std::max(box.height(), box.width() / aspect) * kMargin;
+    return viewAt(box.centre(), high > kSmallestView ? high : database().view().height);
 }
 
 void DrawingView::zoomExtents() {
-    const host::Box2 box = database().extents();
-    if (box.empty())
-        return showView({50.0, 31.25}, 62.5);
-    const double aspect = static_cast<double>(width()) / std::max(1, height());
-    double high = std::max(box.height(), box.width() / aspect) * kMargin;
-    if (!(high > 0.0))
-        high = database().view().height;
-    showView(box.centre(), high);
+    setView(wholeView());
 }
 
 void DrawingView::zoomPrevious() {
@@ -126,13 +133,17 @@ void DrawingView::zoomPrevious() {
     }
 }
 
-void DrawingView::showView(Point2 centre, double high) {
+drawing::View DrawingView::viewAt(Point2 centre, double high) const {
     drawing::View view = database().view();
     view.centre = centre;
     view.height = high;
     view.widthPixels = std::max(1, width());
     view.heightPixels = std::max(1, height());
-    setView(view);
+    return view;
+}
+
+void DrawingView::showView(Point2 centre, double high) {
+    setView(viewAt(centre, high));
 }
 
 void DrawingView::zoomBy(double factor, QPointF at) {

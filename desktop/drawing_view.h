@@ -90,6 +90,8 @@ class DrawingView final : public QWidget {
     void show(const drawing::View& view);
     void takeUpView(bool other); // `other`: of another drawing than before
     void fitNewDrawing();
+    drawing::View wholeView() const;
+    drawing::View viewAt(host::Point2 centre, double high) const;
     void viewChanged();
     void renderSlice();
     void paintPicture(QPainter& painter, const PictureKey& key);
@@ -123,6 +125,7 @@ class DrawingView final : public QWidget {
     PictureKey highlightKey_;
     std::uint64_t highlightChanges_ = 0;
     ViewHistories histories_;
+    drawing::View whole_; // as a drawing was last fitted into the view
     drawing::View shown_; // as it was set here last
     std::uint64_t seenRevision_ = 0;
     std::uint64_t seenChanges_ = 0;
