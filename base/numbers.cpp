@@ -123,8 +123,13 @@ std::string general(double value) {
 }
 
 std::string shortest(double value) {
+    constexpr double kLongest = 1e15; // from here on an exponent reads better
     std::array<char, 400> buffer{};
-    const auto [end, code] = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    char* const last = buffer.data() + buffer.size();
+    const bool plain = std::abs(value) >= 1.0 && std::abs(value) < kLongest;
+    const auto [end, code] =
+        plain ? std::to_chars(buffer.data(), last, value, std::chars_format::fixed)
+              : std::to_chars(buffer.data(), last, value);
     return code == std::errc{} ? std::string(buffer.data(), end) : std::string{};
 }
 

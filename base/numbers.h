@@ -20,7 +20,8 @@ std::optional<double> leadingNumber(std::string_view text);
 std::optional<double> wholeDouble(std::string_view text);
 std::optional<long long> wholeInt(std::string_view text);
 
-// "%f", "%.<n>f", "%g" and the shortest text that reads back as the same number.
+// "%f", "%.<n>f", "%g" and the shortest text that reads back as the same number; from 1 to 1e15
+// without an exponent.
 std::string fixed6(double value);
 std::string fixed(double value, int decimals);
 std::string general(double value); // "%g"

@@ -50,6 +50,11 @@ TEST(NumberTexts, AreThoseOfPrintf) {
     EXPECT_EQ(general(100000.0), "100000");
     EXPECT_EQ(general(1234567.0), "1.23457e+06");
     EXPECT_EQ(shortest(0.1), "0.1");
+    EXPECT_EQ(shortest(3e6), "3000000");
+    EXPECT_EQ(shortest(-123456.75), "-123456.75");
+    EXPECT_EQ(shortest(1e15), "1e+15");
+    EXPECT_EQ(shortest(1e-5), "1e-05");
+    EXPECT_EQ(shortest(0.0), "0");
     std::string text = "x";
     appendFixed6(text, 2.0);
     EXPECT_EQ(text, "x2.000000");
