@@ -11,7 +11,6 @@ namespace {
 
 using host::EntityId;
 using host::Point2;
-using host::Point3;
 using Kind = PromptState::Kind;
 
 constexpr double kMargin = 1.05;       // around the drawing's extents

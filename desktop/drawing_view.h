@@ -107,7 +107,7 @@ class DrawingView final : public QWidget {
     void finishBox(QPointF to, Qt::KeyboardModifiers keys);
     void selectInBox(host::Point2 from, host::Point2 to, bool remove);
     void toggle(const std::vector<host::EntityId>& ids, bool remove);
-    void answer(std::vector<std::string> lines) const;
+    void answer(const std::vector<std::string>& lines) const;
     host::EntityId hitAt(QPointF at) const;
 
     console::HostState& state_;

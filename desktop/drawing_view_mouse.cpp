@@ -63,7 +63,7 @@ EntityId DrawingView::hitAt(QPointF at) const {
     return hit ? hit->entity : EntityId{};
 }
 
-void DrawingView::answer(std::vector<std::string> lines) const {
+void DrawingView::answer(const std::vector<std::string>& lines) const {
     if (listener_.answer)
         listener_.answer(lines);
 }
