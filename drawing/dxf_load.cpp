@@ -296,7 +296,8 @@ base::Result<void> Loader::loadEntities() {
 
 bool Loader::loadRegion(SourceRecord& record) {
     const auto found = regions_.find(record.handle);
-    if (found == regions_.end() || record.foreign)
+    // Another entity may have the first loop's handle too.
+    if (found == regions_.end() || record.foreign || found->second.front().record != &record)
         return false;
     dxf::DecodedEntity decoded = decoder_.decode(tags_);
     host::Region region;
