@@ -54,4 +54,13 @@ void DialogBench::command(const std::string& name) {
     command->run();
 }
 
+std::vector<std::string> commandsWithDialogs() {
+    std::vector<std::string> names{"CMRR"};
+    DialogBench loaded;
+    for (const console::Command& command : loaded.host().state().commands.commands())
+        if (command.group != "TESSARAN_HOST")
+            names.push_back(command.localName);
+    return names;
+}
+
 } // namespace tessaran::test

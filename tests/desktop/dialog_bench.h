@@ -10,6 +10,8 @@
 #include <QApplication>
 #include <deque>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace tessaran::test {
 
@@ -92,5 +94,8 @@ class DialogBench {
     console::ConsoleHost host_;
     console::LoadedModule module_;
 };
+
+// Every command that may open a dialog: the module's, and those of the host that do.
+std::vector<std::string> commandsWithDialogs();
 
 } // namespace tessaran::test

@@ -137,13 +137,8 @@ class Visitor : public QObject {
 
 // Every command is run; what opens a dialog needs no line here.
 TEST(EveryDialog, ShowsWhatTheConsoleShows) {
-    std::vector<std::string> commands{"CMRR"};
-    DialogBench loaded;
-    for (const console::Command& command : loaded.host().state().commands.commands())
-        if (command.group != "TESSARAN_HOST")
-            commands.push_back(command.localName);
     std::set<std::string> dialogs;
-    for (const std::string& command : commands) {
+    for (const std::string& command : test::commandsWithDialogs()) {
         SCOPED_TRACE(command);
         DialogBench bench;
         Visitor visitor;

@@ -137,14 +137,9 @@ std::vector<std::string> lastShown(const std::string& transcript, std::size_t co
 
 // What opens a dialog needs no line here.
 TEST(EveryValue, GivenInTheWindowIsTheOneOfTheScript) {
-    std::vector<std::string> commands{"CMRR"};
-    DialogBench loaded;
-    for (const console::Command& command : loaded.host().state().commands.commands())
-        if (command.group != "TESSARAN_HOST")
-            commands.push_back(command.localName);
     int dialogs = 0;
     int given = 0;
-    for (const std::string& command : commands) {
+    for (const std::string& command : test::commandsWithDialogs()) {
         SCOPED_TRACE(command);
         DialogBench bench;
         Visitor visitor(bench);
