@@ -232,15 +232,25 @@ std::optional<RegionLoop> regionLoop(const dxf::DecodedEntity& decoded) {
     return std::nullopt;
 }
 
+// Loops that share a handle with another entity are no region: their marks do not tell which of
+// the two they mean.
 bool complete(const std::vector<RegionLoop>& loops) {
     if (loops.empty() || loops.front().record->handle != loops.front().first)
         return false;
     for (std::size_t i = 0; i < loops.size(); ++i)
         if (loops[i].index != static_cast<std::int32_t>(i) ||
             loops[i].count != static_cast<std::int32_t>(loops.size()) ||
-            loops[i].polyline.elevation != loops[0].polyline.elevation)
+            loops[i].polyline.elevation != loops[0].polyline.elevation ||
+            loops[i].record->handle == 0 || loops[i].record->id != loops[i].record->handle)
             return false;
     return true;
+}
+
+// True when there were any.
+bool dropRegionMarks(std::vector<ApplicationData>& xdata) {
+    return std::erase_if(xdata, [](const ApplicationData& data) {
+               return data.application == dxf::kRegionApplication;
+           }) > 0;
 }
 
 } // namespace
@@ -297,7 +307,7 @@ base::Result<void> Loader::loadEntities() {
 bool Loader::loadRegion(SourceRecord& record) {
     const auto found = regions_.find(record.handle);
     // Another entity may have the first loop's handle too.
-    if (found == regions_.end() || record.foreign || found->second.front().record != &record)
+    if (found == regions_.end() || found->second.front().record != &record)
         return false;
     dxf::DecodedEntity decoded = decoder_.decode(tags_);
     host::Region region;
@@ -312,9 +322,7 @@ bool Loader::loadRegion(SourceRecord& record) {
     entity.entity = std::move(decoded.entity);
     entity.entity.geometry = std::move(region);
     entity.xdata = std::move(decoded.xdata);
-    std::erase_if(entity.xdata, [](const ApplicationData& data) {
-        return data.application == dxf::kRegionApplication;
-    });
+    dropRegionMarks(entity.xdata);
     add(std::move(entity), record);
     return true;
 }
@@ -331,6 +339,12 @@ void Loader::loadEntity(SourceRecord& record) {
     EntityRecord entity;
     entity.entity = std::move(decoded.entity);
     entity.xdata = std::move(decoded.xdata);
+    // Marks that were left would make a region of other polylines once they are edited.
+    const bool polyline = std::holds_alternative<host::Polyline>(entity.entity.geometry);
+    if (regionsAsLoops_ && polyline && dropRegionMarks(entity.xdata)) {
+        entity.xdataChanged = true;
+        warn(record, "the region that it is a loop of is not whole; it is kept as a polyline");
+    }
     add(std::move(entity), record);
 }
 
