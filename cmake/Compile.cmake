@@ -19,6 +19,11 @@ function(tessaran_compile target)
                            -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined)
   endif()
+  if(TESSARAN_FUZZ)
+    # A fuzzer keeps the inputs that reach new branches, so all code counts its branches.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+    target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # tessaran_library(target folder...): a static library of all sources in the folders. The sources
