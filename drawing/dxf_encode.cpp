@@ -420,20 +420,6 @@ void EntityEncoder::writeVertices(TagWriter& writer, const EntityRecord& record,
 
 // --- changed entities ---------------------------------------------------------------------------
 
-// Equal geometries give equal bytes. In binary: numbers need not become text for it.
-std::string EntityEncoder::fingerprint(const host::EntityGeometry& geometry) {
-    TagWriter writer(Format{Format::Layout::binary16, {}});
-    writeClass(writer, geometry, Kept{});
-    if (const auto* plane = std::get_if<host::Polyline>(&geometry))
-        for (const host::PolylineVertex& v : plane->vertices)
-            for (const double value : {v.at.x, v.at.y, v.bulge, v.startWidth, v.endWidth})
-                writer.real(10, value);
-    if (const auto* spatial = std::get_if<host::Polyline3d>(&geometry))
-        for (const Point3& at : spatial->vertices)
-            writePoint(writer, 10, at);
-    return writer.take();
-}
-
 void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
                             const EntityRecord& record, const ReactorEdit& reactors) {
     const host::EntityGeometry& geometry = record.entity.geometry;
@@ -444,8 +430,8 @@ void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
         return;
     }
     EntityParts parts = splitEntity(tags, values_);
-    const bool sameShape = std::holds_alternative<host::Other>(geometry) ||
-                           fingerprint(before.entity.geometry) == fingerprint(geometry);
+    const bool sameShape =
+        std::holds_alternative<host::Other>(geometry) || before.entity.geometry == geometry;
     if (!hasClassPart(parts)) {
         // Damaged: what describes the shape cannot be told from the rest, so it is written anew.
         if (!sameShape) {

@@ -65,7 +65,6 @@ class EntityEncoder {
     void writeXData(TagWriter& writer, const std::vector<ApplicationData>& data);
     void rewriteXData(TagWriter& writer, std::span<const Tag> tags, const EntityRecord& record);
     void writeRaw(TagWriter& writer, std::span<const Tag> tags) const;
-    std::string fingerprint(const host::EntityGeometry& geometry);
     std::string encoded(std::string_view text) const { return file_.texts.encoded(text); }
 
     const SourceFile& file_;

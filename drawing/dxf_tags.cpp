@@ -3,6 +3,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -10,6 +11,9 @@
 
 namespace tessaran::drawing::dxf {
 namespace {
+
+constexpr std::size_t kCodeRoom = 8;    // a group code and its line end
+constexpr std::size_t kNumberRoom = 24; // the longest of the shortest texts of numbers
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r';
@@ -325,13 +329,21 @@ void TagWriter::code(int code) {
         binary(static_cast<std::int16_t>(code));
         return;
     }
-    std::array<char, 8> digits{};
-    const auto [end, result] = std::to_chars(digits.data(), digits.data() + digits.size(), code);
-    static_cast<void>(result);
-    const auto size = static_cast<std::size_t>(end - digits.data());
-    out_.append(size < 3 ? 3 - size : 0, ' ');
-    out_.append(digits.data(), size);
-    out_ += format_.newline;
+    std::array<char, kCodeRoom> line;
+    out_.append(line.data(), putCode(line.data(), code));
+}
+
+// A line with the code in three columns or more.
+char* TagWriter::putCode(char* to, int code) const {
+    std::array<char, kCodeRoom> digits;
+    const char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), code).ptr;
+    for (auto size = end - digits.data(); size < 3; ++size)
+        *to++ = ' ';
+    return putNewline(std::copy(static_cast<const char*>(digits.data()), end, to));
+}
+
+char* TagWriter::putNewline(char* to) const {
+    return std::copy(format_.newline.begin(), format_.newline.end(), to);
 }
 
 void TagWriter::text(int tagCode, std::string_view value) {
@@ -344,19 +356,20 @@ void TagWriter::text(int tagCode, std::string_view value) {
 }
 
 void TagWriter::real(int tagCode, double value) {
-    code(tagCode);
     if (!format_.text()) {
+        code(tagCode);
         binary(value);
         return;
     }
-    std::array<char, 40> digits{};
-    const auto [end, result] = std::to_chars(digits.data(), digits.data() + digits.size(), value);
-    static_cast<void>(result);
-    const std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
-    out_ += number;
-    if (number.find_first_of(".e") == std::string_view::npos)
-        out_ += ".0"; // readers tell reals from integers by the point
-    out_ += format_.newline;
+    std::array<char, kCodeRoom + kNumberRoom + 4> lines; // ".0" and a line end follow
+    char* const number = putCode(lines.data(), tagCode);
+    char* end = std::to_chars(number, number + kNumberRoom, value).ptr;
+    if (std::none_of(number, end, [](char c) { return c == '.' || c == 'e'; })) {
+        // Readers tell reals from integers by the point.
+        *end++ = '.';
+        *end++ = '0';
+    }
+    out_.append(lines.data(), putNewline(end));
 }
 
 void TagWriter::integer(int tagCode, std::int64_t value) {

@@ -121,6 +121,8 @@ class TagWriter {
 
   private:
     void code(int code);
+    char* putCode(char* to, int code) const;
+    char* putNewline(char* to) const;
     template <class Number>
     void binary(Number value);
 

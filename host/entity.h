@@ -43,6 +43,8 @@ inline constexpr int kByLayer = 256;
 struct Line {
     Point3 start;
     Point3 end;
+
+    friend bool operator==(const Line&, const Line&) = default;
 };
 
 // The segment from this vertex to the next is an arc when `bulge` (the tangent of a quarter of its
@@ -52,6 +54,8 @@ struct PolylineVertex {
     double bulge = 0.0;
     double startWidth = 0.0;
     double endWidth = 0.0;
+
+    friend bool operator==(const PolylineVertex&, const PolylineVertex&) = default;
 };
 
 // Light ("LWPOLYLINE") and old-style planar ("POLYLINE") polylines.
@@ -64,20 +68,28 @@ struct Polyline {
     double elevation = 0.0;
     double constantWidth =
         0.0; // light: the constant width; old: the default width. May be negative.
+
+    friend bool operator==(const Polyline&, const Polyline&) = default;
 };
 
 struct Polyline3d {
     std::vector<Point3> vertices;
     bool closed = false;
+
+    friend bool operator==(const Polyline3d&, const Polyline3d&) = default;
 };
 
 struct PointMark {
     Point3 at;
+
+    friend bool operator==(const PointMark&, const PointMark&) = default;
 };
 
 struct Circle {
     Point3 centre;
     double radius = 0.0;
+
+    friend bool operator==(const Circle&, const Circle&) = default;
 };
 
 struct Arc { // counter-clockwise from start to end
@@ -85,6 +97,8 @@ struct Arc { // counter-clockwise from start to end
     double radius = 0.0;
     double startAngle = 0.0;
     double endAngle = 0.0;
+
+    friend bool operator==(const Arc&, const Arc&) = default;
 };
 
 struct Text {
@@ -97,6 +111,8 @@ struct Text {
     double rotation = 0.0;
     Across across = Across::left;
     Up up = Up::baseline;
+
+    friend bool operator==(const Text&, const Text&) = default;
 };
 
 // A closed loop of straight and arc segments, the first vertex not repeated.
@@ -104,8 +120,12 @@ struct Loop {
     struct Vertex {
         Point2 at;
         double bulge = 0.0;
+
+        friend bool operator==(const Vertex&, const Vertex&) = default;
     };
     std::vector<Vertex> vertices;
+
+    friend bool operator==(const Loop&, const Loop&) = default;
 };
 
 // Filled by the even-odd rule over all loops.
@@ -113,16 +133,22 @@ struct Hatch {
     std::vector<Loop> loops;
     std::string pattern = "SOLID";
     double elevation = 0.0;
+
+    friend bool operator==(const Hatch&, const Hatch&) = default;
 };
 
 // A planar area: outer loops and holes, told apart by the even-odd rule.
 struct Region {
     std::vector<Loop> loops;
     double elevation = 0.0;
+
+    friend bool operator==(const Region&, const Region&) = default;
 };
 
 struct Face3d {
     std::array<Point3, 4> corners;
+
+    friend bool operator==(const Face3d&, const Face3d&) = default;
 };
 
 struct Insert {
@@ -130,6 +156,8 @@ struct Insert {
     Point3 at;
     Vector3 scale{1.0, 1.0, 1.0};
     double rotation = 0.0;
+
+    friend bool operator==(const Insert&, const Insert&) = default;
 };
 
 // What an entity of another kind shows: curved outlines as chains of chords.
@@ -144,6 +172,8 @@ struct Look {
 struct Other {
     std::string dxfName;
     std::shared_ptr<const Look> look{}; // null: not known
+
+    friend bool operator==(const Other&, const Other&) = default;
 };
 
 using EntityGeometry = std::variant<Line, Polyline, Polyline3d, PointMark, Circle, Arc, Text, Hatch,
