@@ -58,7 +58,11 @@ struct Shift {
     bool operator()(host::Circle& circle) const { return shifted(circle.centre); }
     bool operator()(host::Arc& arc) const { return shifted(arc.centre); }
     bool operator()(host::Text& text) const { return shifted(text.at); }
-    bool operator()(host::Insert& insert) const { return shifted(insert.at); }
+    bool operator()(host::Insert& insert) const {
+        for (host::Attribute& attribute : insert.attributes)
+            move(attribute.text.at);
+        return shifted(insert.at);
+    }
     bool operator()(host::Other&) const { return false; } // its geometry is not known
 
     bool shifted(Point3& p) const {

@@ -71,8 +71,12 @@ struct Describe {
         return out;
     }
     std::string operator()(const host::Insert& insert) const {
-        return fmt::format("\n  block {} at {}, rotation {}", insert.block, at(insert.at),
-                           degrees(insert.rotation));
+        std::string out = fmt::format("\n  block {} at {}, rotation {}", insert.block,
+                                      at(insert.at), degrees(insert.rotation));
+        for (const host::Attribute& attribute : insert.attributes)
+            out += fmt::format("\n  {}: {} at {}", attribute.tag, attribute.text.text,
+                               at(attribute.text.at));
+        return out;
     }
     std::string operator()(const host::Other&) const { return {}; }
 };

@@ -116,6 +116,8 @@ void addGeometry(const host::EntityGeometry& geometry, Facts& facts) {
                        facts.push_back({"Block", i.block});
                        facts.push_back({"Position", place(i.at)});
                        facts.push_back({"Rotation", number(i.rotation * kDegrees)});
+                       for (const host::Attribute& attribute : i.attributes)
+                           facts.push_back({attribute.tag, attribute.text.text});
                    },
                    [](const host::Other&) {},
                },

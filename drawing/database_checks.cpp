@@ -27,6 +27,10 @@ bool finite(const Point3& p) {
     return finite(p.x) && finite(p.y) && finite(p.z);
 }
 
+bool finite(const host::Text& t) {
+    return finite(t.at) && finite(t.height) && finite(t.rotation);
+}
+
 bool finite(const std::vector<Loop>& loops) {
     return std::ranges::all_of(loops, [](const Loop& loop) {
         return std::ranges::all_of(
@@ -137,16 +141,17 @@ bool isFinite(const host::EntityGeometry& geometry) {
                 return finite(a.centre) && finite(a.radius) && finite(a.startAngle) &&
                        finite(a.endAngle);
             },
-            [](const host::Text& t) {
-                return finite(t.at) && finite(t.height) && finite(t.rotation);
-            },
+            [](const host::Text& t) { return finite(t); },
             [](const host::Hatch& h) { return finite(h.loops) && finite(h.elevation); },
             [](const host::Region& r) { return finite(r.loops) && finite(r.elevation); },
             [](const host::Face3d& f) {
                 return std::ranges::all_of(f.corners, [](const Point3& c) { return finite(c); });
             },
             [](const host::Insert& i) {
-                return finite(i.at) && finite(i.scale) && finite(i.rotation);
+                return finite(i.at) && finite(i.scale) && finite(i.rotation) &&
+                       std::ranges::all_of(i.attributes, [](const host::Attribute& attribute) {
+                           return finite(attribute.text);
+                       });
             },
             [](const host::Other&) { return true; },
         },

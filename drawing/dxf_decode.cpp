@@ -45,6 +45,10 @@ bool isReal(int code) {
     return valueKind(code) == ValueKind::real;
 }
 
+// Group codes of a text's vertical justification.
+constexpr int kTextUp = 73;
+constexpr int kAttributeUp = 74;
+
 } // namespace
 
 // Reads the kinds one by one; the first unusable value is remembered and makes the entity an Other.
@@ -61,7 +65,7 @@ class EntityDecoder::Body {
     host::PointMark point() { return {points({10})[0]}; }
     host::Circle circle();
     host::Arc arc();
-    host::Text text();
+    host::Text text(int upCode);
     host::EntityGeometry hatch();
     host::EntityGeometry region();
     host::Face3d face();
@@ -212,7 +216,8 @@ host::Arc EntityDecoder::Body::arc() {
     return {round.centre, round.radius, first(50, 0.0) * kDegree, first(51, 0.0) * kDegree};
 }
 
-host::Text EntityDecoder::Body::text() {
+// `upCode`: where the vertical justification stands.
+host::Text EntityDecoder::Body::text(int upCode) {
     using Across = host::Text::Across;
     using Up = host::Text::Up;
     host::Text out;
@@ -221,7 +226,7 @@ host::Text EntityDecoder::Body::text() {
     out.height = first(40, 1.0);
     out.rotation = first(50, 0.0) * kDegree;
     const std::int64_t across = firstInteger(values_, parts_.body, 72, 0);
-    const std::int64_t up = firstInteger(values_, parts_.body, 73, 0);
+    const std::int64_t up = firstInteger(values_, parts_.body, upCode, 0);
     out.across = across == 1 || across == 4 ? Across::centre
                  : across == 2              ? Across::right
                                             : Across::left;
@@ -306,7 +311,7 @@ host::EntityGeometry EntityDecoder::geometry(std::string_view type, const Entity
     else if (type == "ARC")
         out = body.arc();
     else if (type == "TEXT")
-        out = body.text();
+        out = body.text(kTextUp);
     else if (type == "HATCH")
         out = body.hatch();
     else if (type == "REGION")
@@ -321,26 +326,58 @@ host::EntityGeometry EntityDecoder::geometry(std::string_view type, const Entity
     return out;
 }
 
+void EntityDecoder::readCommon(std::span<const Tag> common, host::Entity& entity) const {
+    for (const Tag& tag : common) {
+        if (tag.code == 8)
+            entity.layer = file_.texts.decoded(values_.name(tag));
+        else if (tag.code == 62)
+            entity.colour = static_cast<int>(
+                std::clamp<std::int64_t>(values_.integer(tag).value_or(256), 0, 256));
+        else if (tag.code == 6)
+            entity.linetype = file_.texts.decoded(values_.name(tag));
+    }
+    if (base::equalsIgnoringCase(entity.linetype, "ByLayer"))
+        entity.linetype = "ByLayer";
+}
+
+host::Attribute EntityDecoder::attribute(std::span<const Tag> tags) const {
+    constexpr std::int64_t kInvisible = 1;
+    const EntityParts parts = splitEntity(tags, values_);
+    host::Entity common;
+    readCommon(parts.common, common);
+    Body body(file_, parts);
+    const Facing facing = facingOf(parts.body, values_);
+    host::EntityGeometry text = body.text(kAttributeUp);
+    if (facing == Facing::down)
+        turnOver(text);
+    const bool invisible = (firstInteger(values_, parts.body, 70, 0) & kInvisible) != 0;
+    return {.tag = firstText(file_, parts.body, 2),
+            .text = std::get<host::Text>(std::move(text)),
+            .layer = std::move(common.layer),
+            .colour = common.colour,
+            .shown = !invisible && facing != Facing::tilted && body.reason().empty()};
+}
+
+std::vector<host::Attribute> EntityDecoder::attributes(std::span<const Tag> children) const {
+    std::vector<host::Attribute> out;
+    for (const std::span<const Tag> child : childRecords(children))
+        if (values_.name(child.front()) == "ATTRIB")
+            out.push_back(attribute(child));
+    return out;
+}
+
 DecodedEntity EntityDecoder::decode(std::span<const Tag> tags) const {
     DecodedEntity out;
     const std::string_view type = values_.name(tags.front());
     const EntityParts parts = splitEntity(tags, values_);
-    for (const Tag& tag : parts.common) {
-        if (tag.code == 8)
-            out.entity.layer = file_.texts.decoded(values_.name(tag));
-        else if (tag.code == 62)
-            out.entity.colour = static_cast<int>(
-                std::clamp<std::int64_t>(values_.integer(tag).value_or(256), 0, 256));
-        else if (tag.code == 6)
-            out.entity.linetype = file_.texts.decoded(values_.name(tag));
-    }
-    if (base::equalsIgnoringCase(out.entity.linetype, "ByLayer"))
-        out.entity.linetype = "ByLayer";
+    readCommon(parts.common, out.entity);
     out.entity.geometry = geometry(type, parts, out.warning);
     if (!out.warning.empty())
         out.entity.geometry = host::Other{std::string(type)};
     else if (auto* other = std::get_if<host::Other>(&out.entity.geometry))
         other->look = lookOf(file_, type, parts);
+    else if (auto* insert = std::get_if<host::Insert>(&out.entity.geometry))
+        insert->attributes = attributes(parts.children);
     if (!parts.xdata.empty())
         out.xdata = xdata(parts.xdata);
     return out;

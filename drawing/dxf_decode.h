@@ -33,6 +33,10 @@ class EntityDecoder {
   private:
     class Body; // the class part of one entity being read
 
+    void readCommon(std::span<const Tag> common, host::Entity& entity) const;
+    host::Attribute attribute(std::span<const Tag> tags) const;
+    std::vector<host::Attribute> attributes(std::span<const Tag> children) const;
+
     const SourceFile& file_;
     TagValues values_;
 };

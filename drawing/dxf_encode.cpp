@@ -418,6 +418,47 @@ void EntityEncoder::writeVertices(TagWriter& writer, const EntityRecord& record,
         writePartHead(writer, "SEQEND", record, handles_.take());
 }
 
+// --- attributes of block references -------------------------------------------------------------
+
+// They keep all but their places.
+void EntityEncoder::writeAttributes(TagWriter& writer, std::span<const Tag> children,
+                                    const host::Insert& before, const host::Insert& now) {
+    const std::size_t count = std::min(before.attributes.size(), now.attributes.size());
+    std::size_t next = 0;
+    for (const std::span<const Tag> child : childRecords(children)) {
+        const bool known = values_.name(child.front()) == "ATTRIB" && next < count;
+        if (!known) {
+            writeRaw(writer, child);
+            continue;
+        }
+        writeShifted(writer, child, now.attributes[next].text.at - before.attributes[next].text.at);
+        ++next;
+    }
+}
+
+void EntityEncoder::writeShifted(TagWriter& writer, std::span<const Tag> text, host::Vector3 by) {
+    const EntityParts parts = splitEntity(text, values_);
+    const Facing facing = facingOf(parts.body, values_);
+    if (facing == Facing::tilted || by == host::Vector3{}) {
+        writeRaw(writer, text);
+        return;
+    }
+    if (facing == Facing::down)
+        by = {-by.x, by.y, -by.z};
+    const Tag* const bodyEnd = parts.body.data() + parts.body.size();
+    for (const Tag& tag : text) {
+        const bool place = tag.code >= 10 && tag.code < 40 && tag.code % 10 < 2;
+        const bool inBody = &tag >= parts.body.data() && &tag < bodyEnd;
+        const std::optional<double> value = values_.real(tag);
+        if (place && inBody && value)
+            writer.real(tag.code, *value + (tag.code < 20   ? by.x
+                                            : tag.code < 30 ? by.y
+                                                            : by.z));
+        else
+            writeRaw(writer, std::span(&tag, 1));
+    }
+}
+
 // --- changed entities ---------------------------------------------------------------------------
 
 void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
@@ -455,7 +496,13 @@ void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
     rewriteXData(writer, parts.xdata, record);
     const bool vertices = std::holds_alternative<host::Polyline3d>(geometry) ||
                           values_.name(tags.front()) == "POLYLINE";
-    if (sameShape || !vertices)
+    const auto* insert = std::get_if<host::Insert>(&geometry);
+    if (sameShape)
+        writeRaw(writer, parts.children);
+    else if (insert != nullptr)
+        writeAttributes(writer, parts.children, std::get<host::Insert>(before.entity.geometry),
+                        *insert);
+    else if (!vertices)
         writeRaw(writer, parts.children);
     else
         writeVertices(writer, record, shape, parts.children);

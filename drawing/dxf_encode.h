@@ -58,6 +58,9 @@ class EntityEncoder {
                      const host::PolylineVertex& vertex, const host::Polyline& polyline);
     void writeVertex(TagWriter& writer, const EntityRecord& record, std::uint64_t handle,
                      const host::Point3& at);
+    void writeAttributes(TagWriter& writer, std::span<const Tag> children,
+                         const host::Insert& before, const host::Insert& now);
+    void writeShifted(TagWriter& writer, std::span<const Tag> text, host::Vector3 by);
     void writePartHead(TagWriter& writer, std::string_view type, const EntityRecord& record,
                        std::uint64_t handle);
     void writeRegionLoops(TagWriter& writer, const EntityRecord& record,

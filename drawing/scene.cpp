@@ -207,18 +207,27 @@ class Walker {
 
     void insert(const host::Insert& i, const host::Entity& entity, const host::Layer& layer,
                 const Pen& pen, const Around& around) {
+        const Around beside{around.place, &layer, pen.colour, &linetypeOf(entity, layer, around),
+                            around.depth};
+        for (const host::Attribute& attribute : i.attributes)
+            if (attribute.shown)
+                part({{}, attribute.layer, attribute.colour, "ByLayer", attribute.text}, beside);
         const Block* block = database_.block(i.block);
         if (!block || around.depth >= kDeepestNesting)
             return;
-        Around inside{around.place.after(affineOf(i, block->base)), &layer, pen.colour,
-                      &linetypeOf(entity, layer, around), around.depth + 1};
-        for (const host::Entity& part : block->entities) {
+        Around inside = beside;
+        inside.place = around.place.after(affineOf(i, block->base));
+        ++inside.depth;
+        for (const host::Entity& entityInside : block->entities) {
             if (++blockEntities_ > kMostBlockEntities)
                 return;
-            const host::Layer* own = layerOf(part, inside);
-            if (own)
-                walk(part, *own, inside);
+            part(entityInside, inside);
         }
+    }
+
+    void part(const host::Entity& entity, const Around& around) {
+        if (const host::Layer* own = layerOf(entity, around))
+            walk(entity, *own, around);
     }
 
     // The layer that a block's entity counts on; null when that hides it.

@@ -151,11 +151,23 @@ struct Face3d {
     friend bool operator==(const Face3d&, const Face3d&) = default;
 };
 
+// A value of a block's reference, such as a drill hole's name; a text of its own in the drawing.
+struct Attribute {
+    std::string tag;
+    Text text;
+    std::string layer = "0";
+    int colour = colour::kByLayer;
+    bool shown = true;
+
+    friend bool operator==(const Attribute&, const Attribute&) = default;
+};
+
 struct Insert {
     std::string block;
     Point3 at;
     Vector3 scale{1.0, 1.0, 1.0};
     double rotation = 0.0;
+    std::vector<Attribute> attributes{}; // of drawings that were read; new ones are not written
 
     friend bool operator==(const Insert&, const Insert&) = default;
 };

@@ -177,6 +177,9 @@ TEST_P(RoundTrip, EntitiesHaveTheValuesThatTheOtherProgramGaveThem) {
     const auto inserts = entitiesOf<host::Insert>(database);
     ASSERT_EQ(inserts.size(), 1U);
     EXPECT_EQ(shape<host::Insert>(inserts[0]).scale, (host::Vector3{2, 2, 1}));
+    ASSERT_EQ(shape<host::Insert>(inserts[0]).attributes.size(), 1U);
+    EXPECT_EQ(shape<host::Insert>(inserts[0]).attributes[0].tag, "NO");
+    EXPECT_EQ(shape<host::Insert>(inserts[0]).attributes[0].text.text, "17");
     const Block* block = database.block("BOLT");
     ASSERT_NE(block, nullptr);
     EXPECT_EQ(block->entities.size(), 2U);
@@ -237,6 +240,9 @@ TEST_P(RoundTrip, EveryKindOfChangeIsAcceptedByOtherPrograms) {
     host::Entity old = entitiesOf<host::Polyline>(database)[0];
     std::get<host::Polyline>(old.geometry).vertices.push_back({{3, 12}, 0.5, 0.0, 0.0});
     ASSERT_TRUE(database.modify(old));
+    host::Entity block = entitiesOf<host::Insert>(database)[0];
+    std::get<host::Insert>(block.geometry).attributes.at(0).text.at = {41.5, 51, 2};
+    ASSERT_TRUE(database.modify(block));
     ASSERT_TRUE(database.erase(entitiesOf<host::Line>(database)[0].id));
     ASSERT_TRUE(database.createLayer({"Neue Größe", 4, "Continuous", false, false, false}));
     const host::Loop ring{{{{0, 0}, 0.0}, {{20, 0}, 0.0}, {{20, 10}, 0.5}, {{0, 10}, 0.0}}};
@@ -289,6 +295,9 @@ TEST_P(RoundTrip, EveryKindOfChangeIsAcceptedByOtherPrograms) {
     EXPECT_EQ(shape<host::Region>(region[0]).loops.size(), 2U);
     EXPECT_EQ(shape<host::Region>(region[0]).elevation, 5.0);
     EXPECT_NEAR(shape<host::Region>(region[0]).loops[0].vertices[2].bulge, 0.5, 1e-12);
+    const auto& moved17 = shape<host::Insert>(entitiesOf<host::Insert>(again)[0]).attributes.at(0);
+    EXPECT_EQ(moved17.text.at, (host::Point3{41.5, 51, 2}));
+    EXPECT_EQ(moved17.text.text, "17");
     const auto texts = entitiesOf<host::Text>(again);
     EXPECT_EQ(shape<host::Text>(texts.back()).text, "n = 5^2 Ω");
     EXPECT_EQ(shape<host::Text>(texts.back()).up, host::Text::Up::middle);
