@@ -451,9 +451,7 @@ void EntityEncoder::writeShifted(TagWriter& writer, std::span<const Tag> text, h
         const bool inBody = &tag >= parts.body.data() && &tag < bodyEnd;
         const std::optional<double> value = values_.real(tag);
         if (place && inBody && value)
-            writer.real(tag.code, *value + (tag.code < 20   ? by.x
-                                            : tag.code < 30 ? by.y
-                                                            : by.z));
+            writer.real(tag.code, *value + (tag.code < 20 ? by.x : tag.code < 30 ? by.y : by.z));
         else
             writeRaw(writer, std::span(&tag, 1));
     }
