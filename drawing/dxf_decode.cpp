@@ -185,6 +185,8 @@ host::EntityGeometry EntityDecoder::Body::polyline() {
     plane.constantWidth = first(40, 0.0);
     const double endWidth = first(41, 0.0);
     for (const std::span<const Tag> child : childRecords(parts_.children)) {
+        if (values_.name(child.front()) == "SEQEND")
+            break;
         if (values_.name(child.front()) != "VERTEX")
             continue;
         Point3 at;

@@ -396,7 +396,7 @@ void EntityEncoder::writeVertices(TagWriter& writer, const EntityRecord& record,
     std::vector<std::uint64_t> known;
     std::span<const Tag> end;
     for (const std::span<const Tag> child : childRecords(oldChildren)) {
-        if (values_.name(child.front()) == "SEQEND")
+        if (end.empty() && values_.name(child.front()) == "SEQEND")
             end = child;
         for (const Tag& tag : child)
             if (tag.code == 5 && end.empty())

@@ -150,7 +150,7 @@ void EntityUpgrader::write(std::span<const Tag> tags, std::uint64_t owner) {
     bool ended = false;
     for (const std::span<const Tag> child : childRecords(parts.children)) {
         writeOne(child, handle, flags);
-        ended = values_.name(child.front()) == "SEQEND";
+        ended = ended || values_.name(child.front()) == "SEQEND";
     }
     if (ended || values_.name(tags.front()) != "POLYLINE")
         return;

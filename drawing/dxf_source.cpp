@@ -49,7 +49,7 @@ class Scanner {
     bool ended_ = false;        // EOF was read
     bool entitiesRead_ = false; // the section of entities was read to its end
     std::string_view type_;     // of the record being read, its parts' included
-    std::string_view head_;     // type of the entity whose parts are being read
+    std::string_view head_;     // type of a block's entity whose parts are being read
     bool handleOpen_ = false;   // the record's handle may still come
     std::string_view variable_; // header variable being read
     std::uint32_t tagNumber_ = 0;
@@ -96,9 +96,14 @@ std::optional<base::Error> Scanner::run() {
 }
 
 bool Scanner::continuesEntity(std::string_view type) const {
-    if (head_ == "POLYLINE")
-        return type == "VERTEX" || type == "SEQEND";
-    return head_ == "INSERT" && (type == "ATTRIB" || type == "SEQEND");
+    const bool part = type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
+    // Parts that stand astray go with the entity in front, so that they do not become another
+    // one's when that is erased.
+    if (section_ == "ENTITIES")
+        return part && (file_.records.back().place == SourcePlace::entity ||
+                        file_.records.back().place == SourcePlace::paperEntity);
+    return part && !head_.empty() &&
+           (type == "SEQEND" || (type == "VERTEX") == (head_ == "POLYLINE"));
 }
 
 void Scanner::beginRecord(const Tag& tag) {
@@ -106,7 +111,7 @@ void Scanner::beginRecord(const Tag& tag) {
     sectionNameWanted_ = false;
     variable_ = {};
     handleOpen_ = true;
-    if (!head_.empty() && continuesEntity(type)) {
+    if (continuesEntity(type)) {
         type_ = type;
         if (type == "SEQEND")
             head_ = {};
@@ -148,7 +153,6 @@ void Scanner::placeRecord(SourceRecord& record) {
         head_ = type_ == "POLYLINE" || type_ == "INSERT" ? type_ : std::string_view{};
     } else if (section_ == "ENTITIES") {
         record.place = SourcePlace::entity;
-        head_ = type_ == "POLYLINE" || type_ == "INSERT" ? type_ : std::string_view{};
     } else if (section_ == "OBJECTS") {
         record.place = SourcePlace::object;
     } else {

@@ -117,6 +117,7 @@ const std::vector<Accepted> kAccepted{
     {"accepted/r12_entities_only", 2, 0, 0},
     {"accepted/region_loops", 5, 0, 5},
     {"accepted/regions", 5, 4, 4, false},
+    {"accepted/parts_astray", 3, 0, 0, false},
 };
 
 TEST(Accepted, IsReadWrittenAndReadAgain) {
@@ -222,6 +223,21 @@ TEST(Accepted, RegionsAreReadFromMarkedPolylines) {
     base::NoProgress nobody;
     ASSERT_TRUE(loadDxf(again, out, "again", nobody));
     EXPECT_EQ(again.entityCount(), 4U); // both loops are gone
+}
+
+// A vertex behind a line is no vertex of the polyline in front, not even when the line is gone.
+TEST(Accepted, PartsAstrayGoWithTheEntityInFront) {
+    Database database;
+    ASSERT_TRUE(load(database, "accepted/parts_astray"));
+    ASSERT_TRUE(database.erase(entitiesOf(database).at(1).id));
+    std::string out;
+    ASSERT_TRUE(writeDxf(database, [&](std::string_view bytes) { out += bytes; }));
+    Database again;
+    base::NoProgress nobody;
+    ASSERT_TRUE(loadDxf(again, out, "again", nobody));
+    EXPECT_EQ(again.entityCount(), 2U);
+    const auto polyline = std::get<host::Polyline3d>(entitiesOf(again).at(0).geometry);
+    EXPECT_EQ(polyline.vertices, (std::vector<host::Point3>{{1, 2, 3}}));
 }
 
 TEST(Accepted, EveryCutOfAWholeFileIsRefusedOrRead) {
