@@ -28,7 +28,12 @@ class TerminalWatch final : public stress::RunWatch {
     ~TerminalWatch() override { bar_.clear(); }
 
     void status(const std::string& text) override {
-        text_ = std::string(base::trimmed(text));
+        // The bar goes on to say which seam and level an iteration is of.
+        const std::string line(base::trimmed(text));
+        const bool iteration = line.starts_with("iteration number");
+        if (!iteration)
+            stage_ = line;
+        text_ = onTerminal_ && iteration ? stage_ + ": " + line : line;
         if (onTerminal_)
             bar_.show(text_, percent_ / 100.0);
         else
@@ -44,6 +49,7 @@ class TerminalWatch final : public stress::RunWatch {
     bool onTerminal_;
     console::ProgressBar bar_;
     std::string text_;
+    std::string stage_;
     int percent_ = 0;
 };
 

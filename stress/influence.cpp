@@ -6,12 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace tessaran::stress {
 namespace {
 
-constexpr double kWindow = 10.0; // vertical distances to each side
+constexpr double kStressWindow = 10.0; // vertical distances to each side
+constexpr double kEverywhere = std::numeric_limits<double>::infinity();
 // Beyond this z a term adds less than 1e-18 of the peak. Leaving it out narrows the sums where the
 // layers are thin, and keeps subnormal numbers out of the tables.
 constexpr double kLargestZ = 46.0;
@@ -19,12 +21,13 @@ constexpr double kLargestZ = 46.0;
 // Along one axis: at every receiver the weights exp(-z) and z exp(-z) of the sources that reach it.
 class AxisWeights {
   public:
+    // `window`: how far a source reaches, in vertical distances.
     AxisWeights(double sourceOrigin, double sourceWidth, int sources, double receiverOrigin,
-                double receiverWidth, int receivers, const Influence& influence)
+                double receiverWidth, int receivers, const Influence& influence, double window)
         : sourceOrigin_(sourceOrigin), sourceWidth_(sourceWidth), receiverOrigin_(receiverOrigin),
           receiverWidth_(receiverWidth), receivers_(receivers),
           spread_(4.0 * influence.lambda * std::abs(influence.h)),
-          window_(kWindow * std::abs(influence.h) / receiverWidth) {
+          window_(window * std::abs(influence.h) / receiverWidth) {
         for (int k = 0; k < sources; ++k)
             reach_.push_back(reachOf(k));
     }
@@ -179,11 +182,12 @@ SpreadAlongY spreadAlongY(const ElementField& sources, const std::vector<double>
 }
 
 struct Weights {
-    Weights(const Influence& influence, const ElementField& sources, const ElementField& receivers)
+    Weights(const Influence& influence, double window, const ElementField& sources,
+            const ElementField& receivers)
         : x(sources.x, sources.width, sources.nX, receivers.x, receivers.width, receivers.nX,
-            influence),
+            influence, window),
           y(sources.y, sources.width, sources.nY, receivers.y, receivers.width, receivers.nY,
-            influence) {}
+            influence, window) {}
     AxisWeights x;
     AxisWeights y;
 };
@@ -205,7 +209,7 @@ bool gatherAlongX(const AxisWeights& x, const Rows* fields, int fieldCount,
 bool addInfluenceStress(const Influence& influence, const ElementField& sources,
                         const std::vector<double>& convergence, const ElementField& receivers,
                         std::vector<double>& stress, base::Progress& progress) {
-    const Weights weights(influence, sources, receivers);
+    const Weights weights(influence, kStressWindow, sources, receivers);
     const SpreadAlongY spread = spreadAlongY(sources, convergence, weights.y, receivers.nY);
     const auto rows = static_cast<std::size_t>(receivers.nY);
     const double factor = influence.modulus * sources.width * sources.width /
@@ -222,7 +226,7 @@ bool addInfluenceStress(const Influence& influence, const ElementField& sources,
 bool addInfluenceDisplacement(const Influence& influence, double sign, const ElementField& sources,
                               const std::vector<double>& convergence, const ElementField& receivers,
                               std::vector<double>& displacement, base::Progress& progress) {
-    const Weights weights(influence, sources, receivers);
+    const Weights weights(influence, kEverywhere, sources, receivers);
     const SpreadAlongY spread = spreadAlongY(sources, convergence, weights.y, receivers.nY);
     const double factor = sign * sources.width * sources.width /
                           (8.0 * std::numbers::pi * influence.lambda * std::abs(influence.h));

@@ -85,8 +85,7 @@ std::string materialsBlock(const CModelDat& model) {
 }
 
 std::string seamsBlock(const CModelDat& model) {
-    std::string out = "  GLOBAL COORDINATES OF LOCAL ORIGINS AND SEAM THICKNESSES\n"
-                      "  SEAM NO.         X           Y           Z     THICKNESS\n";
+    std::string out = kSeamsHeading;
     int number = 0;
     for (const Seam& seam : model.seams)
         out += fmt::format("{:8}{:12.2f}{:12.2f}{:12.2f}{:12.2f}\n", ++number, seam.x, seam.y,

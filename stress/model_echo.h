@@ -15,6 +15,9 @@ std::string modelEcho(const CModelDat& model);
 std::string rockMassBlock(const CModelDat& model);
 std::string gridBlock(const CModelDat& model);
 std::string controlBlock(const CModelDat& model);
+inline constexpr const char* kSeamsHeading =
+    "  GLOBAL COORDINATES OF LOCAL ORIGINS AND SEAM THICKNESSES\n"
+    "  SEAM NO.         X           Y           Z     THICKNESS\n";
 
 // The grid of topographic blocks of a run with topographic stress on.
 struct TopographicBlocks {

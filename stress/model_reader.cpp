@@ -208,6 +208,8 @@ ModelFault seamFault(const CModelDat& m, const ModelLines& lines) {
 ModelFault offSeamFault(const CModelDat& m, const ModelLines& lines) {
     if (!m.offSeamDisplacements)
         return {};
+    if (!(m.offSeam.blockWidth > 0.0))
+        return {"The width of the off-seam blocks must be larger than 0", lines.offSeam};
     if (m.offSeam.nX < 1 || m.offSeam.nY < 1)
         return {"The off-seam grid needs at least one block in each direction", lines.offSeam};
     for (const Seam& seam : m.seams)
@@ -245,6 +247,13 @@ ModelFault modelFault(const CModelDat& m, const ModelLines& lines) {
         return {"A model needs at least one step", lines.control};
     if (m.unitSystem < 0)
         return {kUnitsOutOfRange, lines.host};
+    if (!(std::abs(m.poissonsRatio) < 1.0))
+        return {"Poisson's ratio must lie between -1 and 1", lines.host};
+    if (!(m.modulus > 0.0) || !(m.laminationThickness > 0.0))
+        return {"The modulus and the lamination thickness of the rock must be larger than 0",
+                lines.host};
+    if (!(m.overRelaxation > 0.0))
+        return {"The over-relaxation factor must be larger than 0", lines.control};
     if (!(m.elementWidth > 0.0))
         return {"The element width must be larger than 0", lines.grid};
     if (m.nX < kMeshDivisor || m.nY < kMeshDivisor)

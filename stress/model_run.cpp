@@ -82,7 +82,7 @@ base::Result<PreparedRun> prepareRun(const std::filesystem::path& input) {
     if (!reading.ok())
         return base::formatError(reading.message, input.string(), reading.line);
     if (const ModelFault fault = modelFault(run.model, reading.lines))
-        return base::formatError(fault.text, input.string(), fault.line);
+        return base::Error{base::ErrorKind::range, fault.text, input.string(), fault.line};
     if (const auto topography = addTopography(run); !topography)
         return topography.error();
     if (const auto echoed = appendText(run.base.string() + ".out", modelEcho(run.model), true);

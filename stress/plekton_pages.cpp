@@ -51,7 +51,9 @@ void PlektonPage::run(DialogSession& session) {
     Host& host = session.host();
     const base::Result<PreparedRun> prepared = prepareRun(inputFile_);
     if (!prepared) {
-        host.dialogs().message(prepared.error().text);
+        // What the reader says is complete; of a value that is refused the line is worth knowing.
+        const base::Error& error = prepared.error();
+        host.dialogs().message(error.kind == base::ErrorKind::range ? error.message() : error.text);
         host.dialogs().message("Plekton was finished unsuccessfully!");
         return;
     }

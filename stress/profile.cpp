@@ -16,7 +16,6 @@ std::string seamTable(const SeamProfile& seam) {
     std::string out = kRule;
     out += "|  Detail | Solution|   SOR   |   SOR   | Surface |InterSeam|  Total  |\n"
            "|  Level  |  Loops  |  Iters. |  Secs.  |  Secs.  |  Secs.  |  Secs.  |\n";
-    out += kRule;
     LevelProfile sum;
     for (std::size_t level = 0; level < seam.size(); ++level) {
         const LevelProfile& p = seam[level];
@@ -26,7 +25,6 @@ std::string seamTable(const SeamProfile& seam) {
                         whole(p.interseamSeconds), whole(p.totalSeconds()));
         sum += p;
     }
-    out += kRule;
     out += fmt::format("             {:5}    {:7}   {:7}   {:7}   {:7}   {:7}  \n\n\n", sum.loops,
                        sum.iterations, whole(sum.relaxationSeconds), whole(sum.surfaceSeconds),
                        whole(sum.interseamSeconds), whole(sum.totalSeconds()));

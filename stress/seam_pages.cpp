@@ -152,10 +152,12 @@ void CSeamTab::build(DialogSession& session) {
         return;
     if (pillars_.layers.empty()) {
         host.dialogs().message("No pillar layer is selected!");
+        output_.markEmpty();
         return;
     }
     if (options().algorithm == SeamAlgorithm::none) {
         host.dialogs().message("No algorithm is selected!");
+        output_.markEmpty();
         return;
     }
     if (!layGrid(host))

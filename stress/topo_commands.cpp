@@ -77,7 +77,8 @@ bool runModel(Host& host, const TopoPlan& plan, const std::string& output) {
     host.print("\nOverburden Stress Calculation");
     TopoRun run;
     {
-        WindowWatch watch(host, "Overburden Stress in Progress ...");
+        WindowWatch watch(host, "Overburden Stress in Progress ...",
+                          "Successive Over Relaxation Iterating");
         run = runTopoModel(plan.data, {plan.x, plan.y, plan.seamZ, 0.0}, beside(output, ".out"),
                            watch);
     }

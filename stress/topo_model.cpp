@@ -255,8 +255,7 @@ std::string echoOf(const CTopoModelDat& d, const Seam& seam) {
     model.convergenceCriterion = d.convergenceCriterion;
     model.topographicStress = true;
     const ElementField& b = d.depths.blocks;
-    return rockMassBlock(model) + gridBlock(model) +
-           "  GLOBAL COORDINATES OF LOCAL ORIGINS AND SEAM THICKNESSES\n" +
+    return rockMassBlock(model) + gridBlock(model) + kSeamsHeading +
            fmt::format("{:12.2f}{:12.2f}\n", d.seam.x, d.seam.y) + controlBlock(model) +
            topographicBlock(
                {b.x, b.y, seam.z + d.depths.datum, d.depths.datum, b.width, b.nX, b.nY});

@@ -2,6 +2,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "geometry/polygon.h"
 #include "grid/base_grid.h"
 #include "grid/grid_drawing.h"
 #include "grid/grid_output.h"
@@ -59,7 +60,7 @@ std::string messageFor(const base::Error& error) {
 
 void TransferPage::describe(host::PageBuilder& page) {
     page.information("", [this] {
-        return "Current Plekton file: " + (file_.empty() ? std::string("None") : file_);
+        return file_.empty() ? "Current Plekton file: None" : "Current Plekton File: " + file_;
     });
     page.button("Select", [this](DialogSession& s) { select(s.host()); });
     page.list(
@@ -128,8 +129,6 @@ void TransferPage::transfer(DialogSession& session) {
     myGrid grid;
     if (!output || !load(host, chosen, grid))
         return;
-    if (grid.rotation() != 0.0)
-        host.print("\nThe file does not hold the grid's rotation.");
     const std::string name = base::withEnding(*output, ".grd");
     if (grid.writeGrid(host, name))
         host.dialogs().message(fmt::format("File: {} is saved!", name));
@@ -140,11 +139,12 @@ void TransferPage::preview(DialogSession& session) {
     const Chosen chosen = confirmed(host, "Preview");
     if (chosen.item == 0)
         return;
-    host.print("\nLoading ...");
     myGrid grid;
     if (!load(host, chosen, grid))
         return;
+    host.print("\nLoading ...");
     const DialogSession::Hidden hidden(session);
+    host.zoomWindow(geometry::boxOf(*grid.gridOutline()));
     grid::drawAfterBuild(host, grid, grid::kMapFilled);
 }
 

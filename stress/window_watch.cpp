@@ -5,9 +5,17 @@
 
 namespace tessaran::stress {
 
-WindowWatch::WindowWatch(host::Host& host, const std::string& title)
+WindowWatch::WindowWatch(host::Host& host, const std::string& title, const std::string& meterText)
     : host_(host), window_(host, title) {
     window_.setRange(0, 100);
+    if (!meterText.empty())
+        meter_.emplace(host.meter(), meterText, 0, 100);
+}
+
+void WindowWatch::progress(int percent) {
+    window_.setPosition(percent);
+    if (meter_)
+        meter_->at(percent);
 }
 
 void WindowWatch::status(const std::string& text) {

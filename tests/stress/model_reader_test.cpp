@@ -240,6 +240,17 @@ TEST(ModelFaults, AreRefusedWithTheirLineBeforeARun) {
              t.offSeam = "6, 120, 3, 2, 10, 20, -6000\n";
          },
          10, "The off-seam grid lies on a seam"},
+        {[](ModelText& t) {
+             t.control = "1.35, 0.0001, 5000, 1, 1, 0, 1, 0";
+             t.offSeam = "6, -10, 3, 2, 10, 20, -600\n";
+         },
+         10, "The width of the off-seam blocks must be larger than 0"},
+        {[](ModelText& t) { t.control = "0, 0.0001, 5000, 1, 1, 0, 0, 0"; }, 8,
+         "The over-relaxation factor must be larger than 0"},
+        {[](ModelText& t) { t.host = "1, 3000000, 600, 1, 0"; }, 2,
+         "Poisson's ratio must lie between -1 and 1"},
+        {[](ModelText& t) { t.host = "0.25, 3000000, 0, 1, 0"; }, 2,
+         "The modulus and the lamination thickness of the rock must be larger than 0"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.reason);

@@ -62,9 +62,10 @@ TEST(Transfer, TurnsOneItemOfOneStepIntoAGrid) {
                        "  2,                       ft,                      psi\n"
                        "1, 10\n2, 20\n3, 30\n4, 40\n5, 50\n6, 60\n7, 70\n8, 80\n");
     run("zelk_convPlekGrid\n:press Select\n:file two.f1\n:show\n:select List = 4\n"
-        ":press Transfer\n:file stress.grd\n:ok\n");
+        ":press Transfer\n:file stress.grd\n:press Preview\n:ok\nSETVAR VIEWCTR\n");
     ASSERT_EQ(run.status(), 0) << run.report();
-    EXPECT_THAT(run.transcript(), HasSubstr("Current Plekton file: "));
+    EXPECT_THAT(run.transcript(), HasSubstr("VIEWCTR <110,210,0>")) << "the preview zooms to it";
+    EXPECT_THAT(run.transcript(), HasSubstr("Current Plekton File: two.f1"));
     EXPECT_THAT(run.transcript(),
                 HasSubstr("(question) Convert the item: Total Vertical Stress<2> in step 2 -> ok"));
     EXPECT_THAT(run.transcript(), HasSubstr("stress.grd is saved!"));
@@ -96,8 +97,7 @@ TEST(Transfer, TakesPlaceAndTurnOfTheBaseGridThatItLiesOn) {
     const std::string transfer = "zelk_convPlekGrid\n:press Select\n:file m.f1\n"
                                  ":select List = #1\n:press Transfer\n:file ";
     run(base("123456.75") + transfer +
-        "same.grd\n:expect The file does not hold the grid's "
-        "rotation.\n:ok\n" +
+        "same.grd\n:expect Grid files do not hold the rotation of a grid!\n:ok\n" +
         base("123444") + transfer + "other.grd\n:ok\n");
     ASSERT_EQ(run.status(), 0) << run.report();
     grid::myGrid grid;
