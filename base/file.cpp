@@ -38,8 +38,17 @@ IoCause causeOf(int code) {
     }
 }
 
+// "No such file" is said of a folder on the way to it too.
+IoCause causeOf(int code, const std::filesystem::path& path) {
+    const std::filesystem::path folder = path.parent_path();
+    std::error_code unknown;
+    if (code == ENOENT && !folder.empty() && !std::filesystem::is_directory(folder, unknown))
+        return IoCause::badPath;
+    return causeOf(code);
+}
+
 Error ioError(int code, const std::filesystem::path& path) {
-    return Error{ErrorKind::io, std::strerror(code), path.string(), 0, causeOf(code)};
+    return Error{ErrorKind::io, std::strerror(code), path.string(), 0, causeOf(code, path)};
 }
 
 // A file descriptor that closes itself.

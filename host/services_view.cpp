@@ -58,8 +58,10 @@ std::optional<Box2> viewRectangle(Host& host) {
     const auto height = numberOf(host.variables().get("VIEWSIZE"));
     if (!centre || !pixels || !height || !(pixels->y > 0.0))
         return std::nullopt;
+    // The centre comes in user coordinates.
+    const Point2 at = host.coordinates().toWorld({centre->x, centre->y, 0.0}).plan();
     const Point2 half{*height * pixels->x / pixels->y / 2.0, *height / 2.0};
-    return Box2{*centre - half, *centre + half};
+    return Box2{at - half, at + half};
 }
 
 } // namespace tessaran::host

@@ -29,11 +29,11 @@ TEST(GridFileMessages, OpenMessagesLoseAsManyCharactersAsTheCauseSays) {
     folder.write("file", "");
     EXPECT_FALSE(grid.readGrid(host, "file/below.grd", true)); // 3: bad path
     ASSERT_TRUE(grid.setupGrid(2, 2, 1.0, 1.0, 0.0));
-    EXPECT_FALSE(grid.writeGrid(host, "no_folder/out.grd"));    // 2
+    EXPECT_FALSE(grid.writeGrid(host, "no_folder/out.grd"));    // 3
     EXPECT_FALSE(grid.writeGrid(host, folder.path().string())); // 5
     EXPECT_THAT(host.messages,
                 ElementsAre("le could not be opened: ", "could not be opened: ",
-                            "e could not be opened: ", "le could not be opened to write",
+                            "e could not be opened: ", "e could not be opened to write",
                             "could not be opened to write"));
 }
 

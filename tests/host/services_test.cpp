@@ -140,6 +140,8 @@ TEST(View, RectangleFollowsFromCentreHeightAndPixels) {
     ASSERT_TRUE(view);
     EXPECT_EQ(view->low, (Point2{920.0, 450.0}));
     EXPECT_EQ(view->high, (Point2{1080.0, 550.0}));
+    host.ucsOrigin = {4000.0, -200.0, 0.0}; // the centre comes in user coordinates
+    EXPECT_EQ(viewRectangle(host)->low, (Point2{4920.0, 250.0}));
 }
 
 TEST(View, CommandEchoIsZeroOrOneAndComesBack) {
