@@ -65,7 +65,7 @@ void ProgressLine::setBar(int lower, int upper, int position) {
 }
 
 host::ProgressView::Events ProgressLine::pump(bool /*keepFocus*/) {
-    return {false, poll_()};
+    return {.escape = poll_(), .cancelClicked = false};
 }
 
 } // namespace tessaran::console

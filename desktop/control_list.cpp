@@ -9,6 +9,7 @@
 #include <QTreeWidget>
 #include <algorithm>
 #include <functional>
+#include <numeric>
 
 namespace tessaran::desktop {
 namespace {
@@ -31,6 +32,7 @@ QStringList texts(const std::vector<std::string>& row) {
 class Rows final : public QTreeWidget {
   public:
     std::function<void()> onDelete;
+    std::function<void()> onResize = [] {};
 
   protected:
     void keyPressEvent(QKeyEvent* event) override {
@@ -38,6 +40,10 @@ class Rows final : public QTreeWidget {
             onDelete();
         else
             QTreeWidget::keyPressEvent(event);
+    }
+    void resizeEvent(QResizeEvent* event) override {
+        QTreeWidget::resizeEvent(event);
+        onResize();
     }
 };
 
@@ -53,6 +59,7 @@ class ListView final : public ControlView {
                                                        : QAbstractItemView::SingleSelection);
         tree_->setHeaderLabels(texts(control().columns));
         tree_->setHeaderHidden(control().columns.empty());
+        tree_->header()->setStretchLastSection(control().columnShares.empty());
         fitColumns();
         tree_->setMinimumHeight((kShownRows + 1) * (tree_->fontMetrics().height() + 6));
         connectSignals();
@@ -83,6 +90,7 @@ class ListView final : public ControlView {
                              actions_.openRow(place_, tree_->indexOfTopLevelItem(item));
                          });
         tree_->onDelete = [this] { pressDelete(); };
+        tree_->onResize = [this] { shareColumns(); };
     }
 
     std::vector<int> selectedRows() const {
@@ -99,7 +107,8 @@ class ListView final : public ControlView {
         for (const Control::Row& row : rows)
             items.append(new QTreeWidgetItem(texts(row)));
         tree_->addTopLevelItems(items);
-        fitColumns();
+        if (control().columnShares.empty())
+            fitColumns();
         shown_ = rows;
     }
 
@@ -111,6 +120,19 @@ class ListView final : public ControlView {
             width += tree_->columnWidth(column);
         }
         tree_->setMinimumWidth(std::min(width, kWidestList));
+    }
+
+    // The last column takes what the division leaves.
+    void shareColumns() {
+        const std::vector<int>& shares = control().columnShares;
+        const int all = std::accumulate(shares.begin(), shares.end(), 0);
+        const int width = tree_->viewport()->width();
+        int left = width;
+        for (std::size_t k = 0; k < shares.size(); ++k) {
+            const int part = k + 1 == shares.size() ? left : width * shares[k] / all;
+            tree_->setColumnWidth(static_cast<int>(k), part);
+            left -= part;
+        }
     }
 
     // The button that deletes from the list stands behind it on the same page.

@@ -21,12 +21,13 @@ ProgressDialog::ProgressDialog(Busy& busy, QWidget* parent)
     column->addWidget(cancel_, 0, Qt::AlignRight);
     setMinimumWidth(360);
     cancel_->setAutoDefault(false);
-    QObject::connect(cancel_, &QPushButton::pressed, this, [this] { busy_.escape(); });
+    QObject::connect(cancel_, &QPushButton::pressed, this, [this] { cancelClicked_ = true; });
 }
 
 // Where it stood last, as far as a screen still reaches there.
 void ProgressDialog::open(int x, int y) {
     busy_.setAllowed(this);
+    cancelClicked_ = false;
     adjustSize();
     const bool seen = QGuiApplication::screenAt(QPoint(x + 20, y + 20)) != nullptr;
     if (seen)
@@ -56,7 +57,7 @@ host::ProgressView::Events ProgressDialog::pump(bool keepFocus) {
     if (keepFocus && isVisible() && !isActiveWindow() &&
         QGuiApplication::applicationState() == Qt::ApplicationActive)
         activateWindow();
-    return {false, poll_ && poll_()};
+    return {.escape = poll_ && poll_(), .cancelClicked = cancelClicked_};
 }
 
 host::Point2 ProgressDialog::corner() const {
@@ -77,7 +78,7 @@ void ProgressDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 void ProgressDialog::closeEvent(QCloseEvent* event) {
-    busy_.escape();
+    cancelClicked_ = true;
     event->ignore();
 }
 

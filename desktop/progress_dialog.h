@@ -17,7 +17,7 @@ class ProgressDialog final : public QDialog, public host::ProgressView {
   public:
     ProgressDialog(Busy& busy, QWidget* parent);
 
-    // Answers the computation's poll; what is pressed here goes to `busy`.
+    // Tells whether Escape was pressed; in this window it goes to `busy`.
     void setPoll(std::function<bool()> poll) { poll_ = std::move(poll); }
 
     void open(int x, int y) override;
@@ -38,6 +38,7 @@ class ProgressDialog final : public QDialog, public host::ProgressView {
     QProgressBar* bar_;
     QPushButton* cancel_;
     std::function<bool()> poll_;
+    bool cancelClicked_ = false;
 };
 
 } // namespace tessaran::desktop

@@ -32,18 +32,6 @@ std::string totalText(std::size_t count) {
     return fmt::format("Total {} new boundary polylines will be created in drawing!", count);
 }
 
-bool isPolyline(const Entity& entity) {
-    return std::holds_alternative<Polyline>(entity.geometry) ||
-           std::holds_alternative<Polyline3d>(entity.geometry);
-}
-
-bool isClosed(const Entity& entity) {
-    if (const auto* polyline = std::get_if<Polyline>(&entity.geometry))
-        return polyline->closed;
-    const auto* polyline3d = std::get_if<Polyline3d>(&entity.geometry);
-    return polyline3d != nullptr && polyline3d->closed;
-}
-
 // The same polyline, closed, on the working layer.
 std::optional<EntityId> addClosedCopy(Host& host, EntityId id) {
     const Entity* original = host.drawing().find(id);
@@ -134,10 +122,15 @@ void CBoundTab::createFromLayers(DialogSession& session) {
 CBoundTab::Made CBoundTab::closeOpenOnes(Host& host, const std::vector<EntityId>& polylines) const {
     Made made;
     std::size_t closed = 0;
+    std::size_t unusable = 0; // meshes, and what no coordinates could be read of
     std::optional<Answer> answer;
     for (const EntityId id : polylines) {
         const Entity* entity = host.drawing().find(id);
-        if (entity == nullptr || isClosed(*entity)) {
+        if (entity == nullptr || !host::isPolyline(*entity)) {
+            ++unusable;
+            continue;
+        }
+        if (host::isClosedPolyline(*entity)) {
             ++closed;
             continue;
         }
@@ -155,6 +148,8 @@ CBoundTab::Made CBoundTab::closeOpenOnes(Host& host, const std::vector<EntityId>
     }
     if (closed > 0)
         host.print(fmt::format("\n{} closed polylines are ignored.", closed));
+    if (unusable > 0)
+        host.print(fmt::format("\n{} polylines without usable vertices are left out.", unusable));
     return made;
 }
 
@@ -213,7 +208,7 @@ void CBoundTab::createFromCenterLines(DialogSession& session) {
             break;
         const Entity* entity = host.drawing().find(pick.value.entity);
         const Made made =
-            entity && isPolyline(*entity) ? surround(host, pick.value.entity) : Made{};
+            entity && host::isPolyline(*entity) ? surround(host, pick.value.entity) : Made{};
         if (made.empty())
             host.print("\n No boundary is created for this center line!");
         count += made.size();
@@ -228,9 +223,9 @@ void CBoundTab::createFromArea(DialogSession& session) {
     const Entity* entity = pick ? host.drawing().find(pick->entity) : nullptr;
     if (entity == nullptr)
         return;
-    if (!isPolyline(*entity))
+    if (!host::isPolyline(*entity))
         host.print("\nNot a polyline!");
-    else if (!isClosed(*entity))
+    else if (!host::isClosedPolyline(*entity))
         host.print("\nNot a closed polyline!");
     else
         addClosedCopy(host, pick->entity);

@@ -1,6 +1,6 @@
 #include "factors/polyline_selection.h"
 
-#include "factors/polyline_vertices.h"
+#include "host/curves.h"
 #include "host/host.h"
 #include "host/services_selection.h"
 
@@ -29,7 +29,8 @@ std::vector<EntityId> polylinesOf(Host& host, const std::vector<EntityId>& objec
     std::vector<EntityId> found;
     for (const EntityId id : objects) {
         const host::Entity* entity = host.drawing().find(id);
-        if (entity != nullptr && isPolyline(*entity) && isClosedPolyline(*entity) == closed)
+        if (entity != nullptr && host::isPolyline(*entity) &&
+            host::isClosedPolyline(*entity) == closed)
             found.push_back(id);
     }
     return found;

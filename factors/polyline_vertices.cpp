@@ -46,18 +46,6 @@ VertexRun runAlong(const geometry::Curve& curve) {
 
 } // namespace
 
-bool isPolyline(const Entity& entity) {
-    return std::holds_alternative<Polyline>(entity.geometry) ||
-           std::holds_alternative<Polyline3d>(entity.geometry);
-}
-
-bool isClosedPolyline(const Entity& entity) {
-    if (const auto* polyline = std::get_if<Polyline>(&entity.geometry))
-        return polyline->closed;
-    const auto* polyline3d = std::get_if<Polyline3d>(&entity.geometry);
-    return polyline3d != nullptr && polyline3d->closed;
-}
-
 bool closePolyline(Entity& entity) {
     if (auto* polyline = std::get_if<Polyline>(&entity.geometry))
         return polyline->closed = true;

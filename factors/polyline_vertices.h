@@ -13,8 +13,6 @@ namespace tessaran::factors {
 
 using VertexRun = std::vector<host::PolylineVertex>;
 
-bool isPolyline(const host::Entity& entity); // planar or 3-D
-bool isClosedPolyline(const host::Entity& entity);
 // The same entity, closed; false when it is no polyline.
 bool closePolyline(host::Entity& entity);
 

@@ -28,7 +28,7 @@ CellMarkers::CellMarkers(host::TemporaryGraphics& graphics, const myGrid& grid, 
                                  grid.yStep().plan(),
                                  grid.nX(),
                                  grid.nY(),
-                                 true,
+                                 style_ == Style::filled,
                                  {}};
     for (int j = 0; j < grid.nY(); ++j)
         for (int i = 0; i < grid.nX(); ++i) {

@@ -14,6 +14,10 @@ namespace tessaran::host {
 // usable vertex.
 std::optional<geometry::Curve> curveOf(const Entity& entity);
 
+bool isPolyline(const Entity& entity); // planar or 3-D
+// Whether it says so; one that ends where it begins need not.
+bool isClosedPolyline(const Entity& entity);
+
 // A polyline's vertices in plan, arcs not followed; empty for all others.
 geometry::Polygon vertexPolygon(const Entity& entity);
 

@@ -91,6 +91,11 @@ ControlBuilder& ControlBuilder::manySelected() {
     return *this;
 }
 
+ControlBuilder& ControlBuilder::columnShares(std::vector<int> shares) {
+    control_.columnShares = std::move(shares);
+    return *this;
+}
+
 ControlBuilder& ControlBuilder::unchecked() {
     control_.checkedWithOthers = false;
     return *this;

@@ -56,6 +56,8 @@ struct Control {
     std::function<std::vector<Row>()> rows; // list
     std::vector<int>* selection = nullptr;  // list: selected row numbers, ascending
     bool manySelected = false;              // list: more than one row may be selected
+    // list: the columns' parts of its width; empty: as wide as what stands in them.
+    std::vector<int> columnShares;
 
     std::function<bool()> enabled; // empty: always
     // After the value (or a list's selection) changed and the field was left; `before` is the
@@ -83,6 +85,7 @@ class ControlBuilder {
     ControlBuilder& onOpen(std::function<void(DialogSession&, int row)> action);
     ControlBuilder& takesNewNames();
     ControlBuilder& manySelected();
+    ControlBuilder& columnShares(std::vector<int> shares);
     // Its text may be anything until the page looks at it itself.
     ControlBuilder& unchecked();
     // Stands on the line of the control before it.

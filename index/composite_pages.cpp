@@ -47,6 +47,7 @@ void StabilityPage::describe(host::PageBuilder& page) {
                 return rows;
             },
             selected_)
+        .columnShares({1, 3, 3, 1})
         .onOpen([this](DialogSession&, int row) { edit(row); });
     describeEntry(page);
     page.button("Create Index", [this](DialogSession& s) { createIndex(s.host()); });

@@ -24,13 +24,6 @@ using host::YesNo;
 
 constexpr int kRowsPerStep = 16;
 
-bool isClosed(const Entity& entity, const Polygon& vertices) {
-    if (const auto* polyline = std::get_if<host::Polyline>(&entity.geometry))
-        return polyline->closed || (vertices.size() > 2 && vertices.front() == vertices.back());
-    const auto* polyline3d = std::get_if<host::Polyline3d>(&entity.geometry);
-    return polyline3d != nullptr && polyline3d->closed;
-}
-
 host::Region regionGeometry(const PlanarRegion& area) {
     host::Region region;
     for (const Polygon& polygon : area.loops) {
@@ -58,8 +51,6 @@ class Analysis {
         if (!count)
             return std::nullopt;
         host_.print(fmt::format("\n{} regions are constructed!", *count));
-        if (*count == 0)
-            return std::nullopt;
         const bool combine =
             host::askYesNo(host_, "Combine regions with same color?", YesNo::yes) == YesNo::yes;
         const bool drawn = combine ? addCombined() : addSingly(*count);
@@ -120,7 +111,11 @@ class Analysis {
     }
 
     bool labelPillar(const Entity& entity) {
-        if (!isClosed(entity, host::vertexPolygon(entity))) {
+        if (host::vertexPolygon(entity).empty()) {
+            tellLeftOut(entity, "it has no usable vertices");
+            return true;
+        }
+        if (!host::isClosedPolyline(entity)) {
             if (!openAsClosed_)
                 openAsClosed_ = host::askYesNo(
                     host_, "There are open pillar lines, treat as closed pillar?", YesNo::yes);
@@ -134,9 +129,12 @@ class Analysis {
         const auto labelled =
             mapping_.addPillar(static_cast<long>(entity.id.value), host::outlineOf(entity));
         if (!labelled)
-            host_.print(fmt::format("\nPillar #{:X} is left out: {}", entity.id.value,
-                                    labelled.error().message()));
+            tellLeftOut(entity, labelled.error().message());
         return true;
+    }
+
+    void tellLeftOut(const Entity& entity, const std::string& reason) {
+        host_.print(fmt::format("\nPillar #{:X} is left out: {}", entity.id.value, reason));
     }
 
     // Calls step(rowBegin, rowEnd) for all rows under the meter. False when the user broke it off

@@ -207,13 +207,15 @@ void MappingPage::analyze(DialogSession& session) {
     if (!session.validate(*this) || !isReadyToAnalyze(host) || !prepareMappingLayer(host))
         return;
     const DialogSession::Hidden hidden(session);
+    const std::size_t before = regionCount();
     if (!askAboutEarlierRegions(host))
         return;
     auto mapped = mapOntoDrawing(host, {grid_, ramp().table(), pillarLayers_, mappingLayer_,
                                         static_cast<ValueFilter>(option_), threshold_});
     if (mapped)
         newRegions_.insert(newRegions_.end(), mapped->begin(), mapped->end());
-    showRegionCount();
+    if (mapped || regionCount() != before)
+        showRegionCount();
 }
 
 void MappingPage::pickRegions(DialogSession& session) {
