@@ -191,12 +191,14 @@ TEST(MappingPillars, OneAnswerHoldsForAllOpenOnes) {
         addBox(run, 0.0, 0.0, 5.0, 10.0, false);
         addBox(run, 0.0, 20.0, 5.0, 30.0, false);
         addBox(run, 30.0, 0.0, 40.0, 5.0, true);
-        run(kOpen + kAnalyze + answer + "\n" + (answer == "^C" ? "" : "Yes\n" + kHatch) + kExit);
+        run(kOpen + kAnalyze + answer + "\n" + (answer == "^C" ? ":show\n" : "Yes\n" + kHatch) +
+            kExit);
         ASSERT_EQ(run.status(), 0) << run.report();
         EXPECT_THAT(run.transcript(),
                     HasSubstr("There are open pillar lines, treat as closed pillar? [No/<Yes>]:"));
         if (answer == "^C") {
             EXPECT_TRUE(hatchAreas(run).empty());
+            EXPECT_THAT(run.transcript(), Not(HasSubstr("hatch regions are ready!")));
             continue;
         }
         EXPECT_NEAR(hatchAreas(run)[174], answer == "Yes" ? 700.0 : 800.0, 1e-9);
@@ -231,8 +233,12 @@ TEST(MappingPillars, HostileOnesLeaveTheRestRight) {
     addPillar(run, {{{5, 25}}, {{5, 25}}, {{5, 25}}});              // no length
     addPillar(run, {{{0, 30}}, {{20, 40}}, {{20, 30}}, {{0, 40}}}); // a bow
     addPillar(run, {{{-1e300, 0}}, {{1e300, 1}}, {{1e300, 2}}});    // absurd
+    ASSERT_TRUE(drawing::DatabaseBuilder(run.drawing())
+                    .add({{{}, "PILLARS", 256, "ByLayer", host::Other{"POLYLINE"}}}));
     run(kOpen + kAnalyze + "Yes\n" + kHatch + kExit);
     ASSERT_EQ(run.status(), 0) << run.report();
+    EXPECT_THAT(run.transcript(), HasSubstr("is left out: it has no usable vertices"));
+    EXPECT_THAT(run.transcript(), Not(HasSubstr("treat as closed pillar")));
     EXPECT_NEAR(hatchAreas(run)[174], 800.0 - 100.0 - 100.0, 1e-6);
     EXPECT_NEAR(hatchAreas(run)[50], 800.0, 1e-9);
 }

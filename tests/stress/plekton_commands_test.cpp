@@ -97,8 +97,8 @@ TEST(Transfer, TakesPlaceAndTurnOfTheBaseGridThatItLiesOn) {
     const std::string transfer = "zelk_convPlekGrid\n:press Select\n:file m.f1\n"
                                  ":select List = #1\n:press Transfer\n:file ";
     run(base("123456.75") + transfer +
-        "same.grd\n:expect Grid files do not hold the rotation of a grid!\n:ok\n" +
-        base("123444") + transfer + "other.grd\n:ok\n");
+        "same.grd\n:expect Grid files do not hold the rotation of a grid!\n:ok\n" + base("123444") +
+        transfer + "other.grd\n:ok\n");
     ASSERT_EQ(run.status(), 0) << run.report();
     grid::myGrid grid;
     ASSERT_TRUE(grid.readGrid(run.host(), "same.grd", true));
