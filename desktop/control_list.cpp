@@ -20,6 +20,7 @@ using Purpose = DialogSession::Purpose;
 
 constexpr int kWidestColumn = 320; // pixels, before the user drags it
 constexpr int kWidestList = 640;
+constexpr int kWidestSharedList = 800;
 constexpr int kShownRows = 7;
 
 QStringList texts(const std::vector<std::string>& row) {
@@ -107,12 +108,13 @@ class ListView final : public ControlView {
         for (const Control::Row& row : rows)
             items.append(new QTreeWidgetItem(texts(row)));
         tree_->addTopLevelItems(items);
-        if (control().columnShares.empty())
-            fitColumns();
+        fitColumns();
         shown_ = rows;
     }
 
     void fitColumns() {
+        if (!control().columnShares.empty())
+            return fitShares();
         int width = 2 * tree_->frameWidth() + 24; // with the bar beside the rows
         for (int column = 0; column < tree_->columnCount(); ++column) {
             tree_->resizeColumnToContents(column);
@@ -122,10 +124,27 @@ class ListView final : public ControlView {
         tree_->setMinimumWidth(std::min(width, kWidestList));
     }
 
+    int allShares() const {
+        const std::vector<int>& shares = control().columnShares;
+        return std::accumulate(shares.begin(), shares.end(), 0);
+    }
+
+    // Wide enough for each column's share to hold what stands in it.
+    void fitShares() {
+        int width = 0;
+        for (std::size_t k = 0; k < control().columnShares.size(); ++k) {
+            tree_->resizeColumnToContents(static_cast<int>(k));
+            width = std::max(width, tree_->columnWidth(static_cast<int>(k)) * allShares() /
+                                        control().columnShares[k]);
+        }
+        tree_->setMinimumWidth(std::min(width, kWidestSharedList));
+        shareColumns();
+    }
+
     // The last column takes what the division leaves.
     void shareColumns() {
         const std::vector<int>& shares = control().columnShares;
-        const int all = std::accumulate(shares.begin(), shares.end(), 0);
+        const int all = allShares();
         const int width = tree_->viewport()->width();
         int left = width;
         for (std::size_t k = 0; k < shares.size(); ++k) {
