@@ -7,6 +7,8 @@
 #include "desktop/file_dialogs.h"
 #include "desktop/message_boxes.h"
 
+#include <algorithm>
+
 namespace tessaran::desktop {
 
 using host::Answer;
@@ -19,10 +21,9 @@ void DialogHost::record(const std::string& line) {
 
 // What boxes stand over: the dialog in front, where one is to be seen.
 QWidget* DialogHost::topmost() const {
-    for (auto window = open_.rbegin(); window != open_.rend(); ++window)
-        if ((*window)->isVisible())
-            return *window;
-    return &parent_;
+    const auto shown = std::find_if(open_.rbegin(), open_.rend(),
+                                    [](const DialogWindow* window) { return window->isVisible(); });
+    return shown != open_.rend() ? *shown : &parent_;
 }
 
 void DialogHost::message(const std::string& text) {
@@ -48,10 +49,10 @@ std::optional<std::string> DialogHost::chooseFile(const FileRequest& request) {
 // A dialog is seen while neither it nor one that it opened wants to be hidden.
 void DialogHost::showOpen() {
     bool seen = true;
-    for (auto window = open_.rbegin(); window != open_.rend(); ++window) {
-        seen = seen && (*window)->session().visible();
-        (*window)->setShown(seen);
-    }
+    std::for_each(open_.rbegin(), open_.rend(), [&](DialogWindow* window) {
+        seen = seen && window->session().visible();
+        window->setShown(seen);
+    });
 }
 
 bool DialogHost::run(host::DialogSession& session) {

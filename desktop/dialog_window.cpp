@@ -10,7 +10,6 @@
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QStyle>
-#include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -76,6 +75,8 @@ DialogWindow::DialogWindow(host::DialogSession& session, SessionRecorder* record
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(makePages(), 1);
     layout->addWidget(makeEndButtons());
+    growing_.setSingleShot(true);
+    QObject::connect(&growing_, &QTimer::timeout, this, [this] { growToFit(); });
     actions_.setCommit([this] { commitTyped(); });
     actions_.setDone([this] { done(); });
 }
@@ -145,7 +146,7 @@ void DialogWindow::refresh() {
     stack_->setCurrentIndex(front);
     refreshEndButtons();
     // Texts that have changed are laid out when control is back in the event loop.
-    QTimer::singleShot(0, this, [this] { growToFit(); });
+    growing_.start(0);
 }
 
 void DialogWindow::refreshEndButtons() {
@@ -171,7 +172,8 @@ void DialogWindow::growToFit() {
     if (wanted == size())
         return;
     resize(wanted);
-    QTimer::singleShot(0, this, [this] { growToFit(); }); // texts wrap anew at the new width
+    // Texts wrap anew at the new width.
+    growing_.start(0);
 }
 
 void DialogWindow::focusOn(const host::Control& control) {

@@ -8,6 +8,7 @@
 
 #include <QDialog>
 #include <QPoint>
+#include <QTimer>
 
 class QPushButton;
 class QStackedWidget;
@@ -66,6 +67,7 @@ class DialogWindow final : public QDialog {
     QPushButton* cancel_ = nullptr;
     std::function<void()> onVisible_;
     std::function<void()> quitLoop_;
+    QTimer growing_; // to when control is back in the event loop
     QPoint place_;
     bool placed_ = false;
 };
