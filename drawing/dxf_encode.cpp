@@ -495,15 +495,13 @@ void EntityEncoder::rewrite(TagWriter& writer, std::span<const Tag> tags,
     const bool vertices = std::holds_alternative<host::Polyline3d>(geometry) ||
                           values_.name(tags.front()) == "POLYLINE";
     const auto* insert = std::get_if<host::Insert>(&geometry);
-    if (sameShape)
-        writeRaw(writer, parts.children);
-    else if (insert != nullptr)
+    if (vertices && !sameShape)
+        writeVertices(writer, record, shape, parts.children);
+    else if (insert != nullptr && !sameShape)
         writeAttributes(writer, parts.children, std::get<host::Insert>(before.entity.geometry),
                         *insert);
-    else if (!vertices)
-        writeRaw(writer, parts.children);
     else
-        writeVertices(writer, record, shape, parts.children);
+        writeRaw(writer, parts.children);
 }
 
 void EntityEncoder::rewriteCommon(TagWriter& writer, std::span<const Tag> common,

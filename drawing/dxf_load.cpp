@@ -13,6 +13,7 @@
 #include <cmath>
 #include <map>
 #include <unordered_map>
+#include <utility>
 
 namespace tessaran::drawing {
 namespace {
@@ -203,7 +204,7 @@ void Loader::loadBlocks() {
             const std::string name = base::lowered(block.name);
             if (open && !name.starts_with("*model_space") && !name.starts_with("*paper_space") &&
                 !name.starts_with("$model_space") && !name.starts_with("$paper_space"))
-                builder_.addBlock(std::move(block));
+                builder_.addBlock(std::exchange(block, {}));
             open = false;
         } else if (open) {
             block.entities.push_back(decoder_.decode(tags_).entity);

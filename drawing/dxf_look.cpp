@@ -12,7 +12,6 @@
 namespace tessaran::drawing::dxf {
 namespace {
 
-using geometry::Curve;
 using geometry::CurveVertex;
 using geometry::Point2;
 using geometry::Point3;

@@ -279,12 +279,10 @@ void ObjectEditor::rewriteRecord(std::size_t record, const std::vector<std::stri
     TagWriter writer = edit_.writer();
     bool head = true;
     for (const Tag& tag : edit_.tags(record)) {
-        if (head)
-            writer.raw(edit_.raw(tag));
-        else if (tag.code == 280) // how it is cloned
-            writer.raw(edit_.raw(tag));
-        else
+        constexpr int kCloning = 280; // how it is cloned
+        if (!head && tag.code != kCloning)
             break;
+        writer.raw(edit_.raw(tag));
         head = head && tag.code != 100;
     }
     writeTexts(writer, texts);

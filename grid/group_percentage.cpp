@@ -78,9 +78,10 @@ bool drawGroupPercentage(host::Host& host, const std::vector<BandShare>& shares,
 
 std::string percentageText(const std::vector<BandShare>& shares) {
     std::string text;
-    for (auto share = shares.rbegin(); share != shares.rend(); ++share)
+    std::for_each(shares.rbegin(), shares.rend(), [&](const BandShare& share) {
         text += fmt::format("{}{}: {} cells, {:.2f} %, area {:.2f}", text.empty() ? "" : "\n",
-                            share->label, share->cells, share->percent, share->area);
+                            share.label, share.cells, share.percent, share.area);
+    });
     return text;
 }
 

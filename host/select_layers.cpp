@@ -48,7 +48,8 @@ class LayersPage final : public DialogPage {
 
 } // namespace
 
-std::vector<std::string> selectLayers(DialogSession& session, std::vector<std::string> chosen) {
+std::vector<std::string> selectLayers(DialogSession& session,
+                                      const std::vector<std::string>& chosen) {
     LayersPage page(layerNames(session.host().drawing()), chosen);
     Dialog dialog("Select Layers", {&page});
     return runDialog(session.host(), dialog) ? page.selected() : chosen;

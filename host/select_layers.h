@@ -11,6 +11,7 @@ class DialogSession;
 
 // Shows the dialog "Select Layers" over the session's; the chosen names, or those that were
 // `chosen` before when it is cancelled.
-std::vector<std::string> selectLayers(DialogSession& session, std::vector<std::string> chosen);
+std::vector<std::string> selectLayers(DialogSession& session,
+                                      const std::vector<std::string>& chosen);
 
 } // namespace tessaran::host

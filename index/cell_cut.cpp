@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 
 namespace tessaran::index {
 
@@ -161,8 +162,8 @@ std::optional<PlanarRegion> cellLessOutline(int i, int j, const Polygon& outline
     const Point2 corner{static_cast<double>(i), static_cast<double>(j)};
     Polygon backwards;
     backwards.reserve(outline.size());
-    for (auto p = outline.rbegin(); p != outline.rend(); ++p)
-        backwards.push_back(*p - corner);
+    std::transform(outline.rbegin(), outline.rend(), std::back_inserter(backwards),
+                   [&](Point2 p) { return p - corner; });
     const auto outside =
         std::find_if(backwards.begin(), backwards.end(), [](Point2 p) { return !isInside(p); });
     if (outside == backwards.end())

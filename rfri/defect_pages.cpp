@@ -50,7 +50,7 @@ std::string joinedLevels(const Category& category, const char* separator) {
 std::string keywordsOf(const Category& category) {
     std::string out;
     for (const std::string& text : levelTexts(category))
-        out += (out.empty() ? "" : " ") + text + "," + text;
+        out += fmt::format("{}{},{}", out.empty() ? "" : " ", text, text);
     return out;
 }
 

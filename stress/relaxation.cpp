@@ -106,11 +106,11 @@ class Relaxation {
   public:
     Relaxation(const RelaxationProblem& problem, SeamState& state, RelaxationWatch& watch,
                const ExternalStresses& external, LawsInUse laws, RelaxationMemory& memory)
-        : problem_(problem), state_(state), watch_(watch), memory_(memory), laws_(std::move(laws)),
+        : laws_(std::move(laws)), problem_(problem), state_(state), watch_(watch), memory_(memory),
           told_(allocatedArray<std::uint8_t>(ArrayKind::cmatrix, laws_.law.size())),
-          constants_(constantsOf(problem, state.nY)),
           seam_(state.nX, state.nY, kernel_.lanes, static_cast<int>(external.fields.size()),
-                std::move(memory.values)) {
+                std::move(memory.values)),
+          constants_(constantsOf(problem, state.nY)) {
         constants_.streams = static_cast<int>(external.fields.size());
         constants_.hasShared = external.shared.has_value();
         constants_.shared = external.shared.value_or(0.0);
@@ -156,15 +156,15 @@ class Relaxation {
     }
 
   private:
+    LawsInUse laws_;
     const RelaxationProblem& problem_;
     SeamState& state_;
     RelaxationWatch& watch_;
     RelaxationMemory& memory_;
-    LawsInUse laws_;
     std::vector<std::uint8_t> told_;
-    SweepConstants constants_;
     SweepKernel kernel_ = sweepKernel();
     SkewedSeam seam_;
+    SweepConstants constants_;
 };
 
 } // namespace

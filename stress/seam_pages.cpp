@@ -272,7 +272,7 @@ bool CSeamTab::save(Host& host) {
         return false;
     const SeamCodes defaults;
     for (auto code : {&SeamCodes::pillar, &SeamCodes::entry, &SeamCodes::gob})
-        if (codes_.*code == "")
+        if ((codes_.*code).empty())
             codes_.*code = defaults.*code;
     if (std::abs(grid_.rotation()) > base::kTolerance)
         host.dialogs().message("The grid is turned. The .txt file does not hold its rotation.");

@@ -86,7 +86,7 @@ template <int kLanes>
 void SkewedSeam::loadStrip(int strip, const std::vector<double>& convergence,
                            const std::vector<const double*>& external,
                            const std::vector<std::uint8_t>& laws) {
-    const auto stride = static_cast<std::ptrdiff_t>(nY_ + 2);
+    const auto stride = std::ptrdiff_t{nY_} + 2;
     const int firstLine = strip * kLanes;
     // Lanes whose lines have ghosts or elements, and those with elements.
     const auto ghosted = [&](int line) { return line >= -1 && line <= nX_; };
@@ -135,7 +135,7 @@ void SkewedSeam::load(const std::vector<double>& convergence,
 
 template <int kLanes>
 void SkewedSeam::storeStrip(int strip, std::vector<double>& convergence) const {
-    const auto stride = static_cast<std::ptrdiff_t>(nY_ + 2);
+    const auto stride = std::ptrdiff_t{nY_} + 2;
     const int firstLine = strip * kLanes;
     for (int t = -1; t < nY_ + kLanes; ++t) {
         const double* from = record(strip, t);
