@@ -43,7 +43,7 @@ const Units& unitsOf(const TopoFields& fields) {
 
 // Builds a text field for an input file with the button that browses for one.
 void inputFile(host::PageBuilder& page, const std::string& label, std::string& member,
-               const std::string& extension, std::function<void(DialogSession&)> chosen) {
+               const std::string& extension, const std::function<void(DialogSession&)>& chosen) {
     page.text(label, member).onChange([chosen](DialogSession& s) { chosen(s); });
     page.button("Browse...", [&member, extension, chosen](DialogSession& s) {
         const auto path =

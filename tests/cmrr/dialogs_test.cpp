@@ -13,7 +13,6 @@ namespace tessaran::cmrr {
 namespace {
 
 using test::ScriptRun;
-using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
