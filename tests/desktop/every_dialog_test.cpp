@@ -96,14 +96,16 @@ void checkKeyboardOrder(const DialogWindow& window) {
 // Looks at whatever opens: a dialog on all its pages, which is closed then; boxes are closed.
 class Visitor : public QObject {
   public:
-    Visitor() { arm(); }
+    Visitor() {
+        timer_.setSingleShot(true);
+        QObject::connect(&timer_, &QTimer::timeout, this, [this] { turn(); });
+        arm();
+    }
 
     std::set<std::string> dialogs; // titles
 
   private:
-    void arm() {
-        QTimer::singleShot(5, this, [this] { turn(); });
-    }
+    void arm() { timer_.start(5); }
 
     void turn() {
         arm();
@@ -131,6 +133,8 @@ class Visitor : public QObject {
                 checkLabels(session);
         }
     }
+
+    QTimer timer_;
 };
 
 } // namespace

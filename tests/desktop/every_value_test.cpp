@@ -86,16 +86,18 @@ class Filler {
 // Fills the first dialog that opens, keeps what it tells then, and closes whatever opens.
 class Visitor : public QObject {
   public:
-    explicit Visitor(DialogBench& bench) : bench_(bench) { arm(); }
+    explicit Visitor(DialogBench& bench) : bench_(bench) {
+        timer_.setSingleShot(true);
+        QObject::connect(&timer_, &QTimer::timeout, this, [this] { turn(); });
+        arm();
+    }
 
     int given = 0;                 // values that were changed
     std::string script;            // the lines recorded until then
     std::vector<std::string> told; // ":show" of the filled dialog
 
   private:
-    void arm() {
-        QTimer::singleShot(2, this, [this] { turn(); });
-    }
+    void arm() { timer_.start(2); }
 
     void turn() {
         arm();
@@ -120,6 +122,7 @@ class Visitor : public QObject {
     }
 
     DialogBench& bench_;
+    QTimer timer_;
     bool begun_ = false;
 };
 

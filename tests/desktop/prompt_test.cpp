@@ -15,7 +15,6 @@ namespace {
 using desktop::SnapKind;
 using host::Point2;
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::vector<std::string> described(const drawing::Database& drawing) {
     std::vector<std::string> out;

@@ -37,6 +37,8 @@ Widget* named(DialogWindow& window, const std::string& label) {
 
 Robot::Robot() {
     application();
+    timer_.setSingleShot(true);
+    QObject::connect(&timer_, &QTimer::timeout, this, [this] { turn(); });
     arm();
 }
 
@@ -96,7 +98,7 @@ Robot& Robot::file(const std::string& path) {
 }
 
 void Robot::arm() {
-    QTimer::singleShot(10, this, [this] { turn(); });
+    timer_.start(10);
 }
 
 // Armed before the step is taken: the step may run a loop of its own, in which the next is taken.

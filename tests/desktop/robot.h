@@ -5,6 +5,7 @@
 // the test and closes everything, so that no test hangs.
 
 #include <QObject>
+#include <QTimer>
 #include <deque>
 #include <functional>
 #include <string>
@@ -43,6 +44,7 @@ class Robot : public QObject {
     void turn();
     void giveUp(QWidget* inFront);
 
+    QTimer timer_;
     std::deque<Step> steps_;
     std::vector<std::string> boxes_;
     int waited_ = 0;

@@ -21,7 +21,8 @@ void addMany(drawing::Database& drawing, int count) {
         entity.colour = 1 + k % 7;
         host::Polyline polyline;
         const double x = 5.0 + 0.9 * (k % 100);
-        const double y = 5.0 + 0.9 * (k / 100);
+        const int row = k / 100;
+        const double y = 5.0 + 0.9 * row;
         for (int v = 0; v < 6; ++v)
             polyline.vertices.push_back({.at = {x + 0.1 * v, y + 0.3 * (v % 2)}});
         polyline.vertices[2].bulge = 0.5;
