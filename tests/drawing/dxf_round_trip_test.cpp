@@ -295,9 +295,10 @@ TEST_P(RoundTrip, EveryKindOfChangeIsAcceptedByOtherPrograms) {
     EXPECT_EQ(shape<host::Region>(region[0]).loops.size(), 2U);
     EXPECT_EQ(shape<host::Region>(region[0]).elevation, 5.0);
     EXPECT_NEAR(shape<host::Region>(region[0]).loops[0].vertices[2].bulge, 0.5, 1e-12);
-    const auto& moved17 = shape<host::Insert>(entitiesOf<host::Insert>(again)[0]).attributes.at(0);
-    EXPECT_EQ(moved17.text.at, (host::Point3{41.5, 51, 2}));
-    EXPECT_EQ(moved17.text.text, "17");
+    const auto inserts = entitiesOf<host::Insert>(again);
+    const host::Attribute& number = shape<host::Insert>(inserts[0]).attributes.at(0);
+    EXPECT_EQ(number.text.at, (host::Point3{41.5, 51, 2}));
+    EXPECT_EQ(number.text.text, "17");
     const auto texts = entitiesOf<host::Text>(again);
     EXPECT_EQ(shape<host::Text>(texts.back()).text, "n = 5^2 Ω");
     EXPECT_EQ(shape<host::Text>(texts.back()).up, host::Text::Up::middle);
